@@ -1,0 +1,45 @@
+/* A first look at zetSP: the version record, library-owned buffers, and a
+ * few vector operations with their statuses. */
+#include <stdio.h>
+
+#include "zetsp.h"
+
+static int report(const char* what, ZetStatus st) {
+    printf("  %-34s status %d%s\n", what, st, st < 0 ? " (error)" : st > 0 ? " (warning)" : "");
+    return st < 0;
+}
+
+int main(void) {
+    const ZetLibVersion* v = zetsGetLibVersion();
+    printf("%s, version %s, built %s (target %s)\n", v->name, v->version, v->buildDate, v->targetCpu);
+
+    enum { N = 8 };
+    Zet32f* a = zetsMalloc_32f(N);
+    Zet32f* b = zetsMalloc_32f(N);
+    Zet32f* sum = zetsMalloc_32f(N);
+    if (!a || !b || !sum) return 1;
+
+    int failed = 0;
+    printf("vector work on %d samples:\n", N);
+    failed |= report("zetsSet_32f(0.25, b)", zetsSet_32f(0.25f, b, N));
+    for (int i = 0; i < N; ++i) a[i] = (Zet32f)(i - 4);
+    failed |= report("zetsAdd_32f(a, b, sum)", zetsAdd_32f(a, b, sum, N));
+    failed |= report("zetsAbs_32f(sum, sum)", zetsAbs_32f(sum, sum, N));
+    printf("  |a + 0.25| =");
+    for (int i = 0; i < N; ++i) printf(" %.2f", sum[i]);
+    printf("\n");
+
+    failed |= report("zetsMove_32f(a, a + 1), overlapping", zetsMove_32f(a, a + 1, N - 1));
+    printf("  a shifted up by one =");
+    for (int i = 0; i < N; ++i) printf(" %.0f", a[i]);
+    printf("\n");
+
+    printf("statuses are the contract: a length of 0 is an error, a null pointer wins over it:\n");
+    report("zetsAdd_32f(..., len 0)", zetsAdd_32f(a, b, sum, 0));
+    report("zetsAdd_32f(NULL, ..., len 0)", zetsAdd_32f(NULL, b, sum, 0));
+
+    zetsFree(a);
+    zetsFree(b);
+    zetsFree(sum);
+    return failed;
+}

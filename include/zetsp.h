@@ -1,0 +1,318 @@
+/*
+ * zetSP: signal-processing primitives for x86-64 with AVX2 and FMA.
+ *
+ * Every operation takes caller-owned vectors, never allocates, and returns a
+ * ZetStatus: 0 success, negative an error (nothing was written), positive a
+ * warning (all results were written). Arguments are checked in one order:
+ * pointers left to right (zetStsNullPtrErr), then the length (below 1 gives
+ * zetStsSizeErr), then the family's own arguments.
+ *
+ * Naming: zets<Operation>_<types>[_I][_Sfs][_L]. _I works in place, _Sfs
+ * scales an integer result by 2^-scale (round half to even, saturate), _L
+ * takes a 64-bit length. In two-vector operations the second vector is the
+ * left operand: zetsSub_32f computes src2 - src1.
+ *
+ * The header compiles as C99 and as C++.
+ */
+#ifndef ZETSP_H
+#define ZETSP_H
+
+#include <stddef.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#if defined(__GNUC__)
+#define ZETAPI __attribute__((visibility("default")))
+#else
+#define ZETAPI
+#endif
+
+/* ---- Element types ------------------------------------------------------ */
+
+typedef unsigned char      Zet8u;
+typedef signed char        Zet8s;
+typedef unsigned short     Zet16u;
+typedef signed short       Zet16s;
+typedef unsigned int       Zet32u;
+typedef signed int         Zet32s;
+typedef unsigned long long Zet64u;
+typedef signed long long   Zet64s;
+typedef unsigned short     Zet16f; /* IEEE 754 binary16, as its bit pattern */
+typedef float              Zet32f;
+typedef double             Zet64f;
+
+/* Complex pairs: real part first, nothing between the parts. */
+typedef struct { Zet8s  re; Zet8s  im; } Zet8sc; /* allocation type only */
+typedef struct { Zet16s re; Zet16s im; } Zet16sc;
+typedef struct { Zet32s re; Zet32s im; } Zet32sc;
+typedef struct { Zet64s re; Zet64s im; } Zet64sc;
+typedef struct { Zet16f re; Zet16f im; } Zet16fc;
+typedef struct { Zet32f re; Zet32f im; } Zet32fc;
+typedef struct { Zet64f re; Zet64f im; } Zet64fc;
+
+/* ---- Status values ------------------------------------------------------ */
+
+typedef int ZetStatus;
+
+enum {
+    /* errors */
+    zetStsIIRFilterLenErr    = -234,
+    zetStsLengthLimitErr     = -232,
+    zetStsAlgTypeErr         = -228,
+    zetStsRoundModeValueErr  = -213,
+    zetStsIIRGenPassbandErr  = -209,
+    zetStsIIRGenFreqErr      = -208,
+    zetStsIIRGenOrderErr     = -206,
+    zetStsSparseArgErr       = -194,
+    zetStsDataTypeErr        = -59,
+    zetStsChannelCountErr    = -53,
+    zetStsToneMagnErr        = -46,
+    zetStsToneFreqErr        = -45,
+    zetStsTonePhaseErr       = -44,
+    zetStsTriangleMagnErr    = -43,
+    zetStsTriangleFreqErr    = -42,
+    zetStsTrianglePhaseErr   = -41,
+    zetStsTriangleAsymErr    = -40,
+    zetStsKaiserRangeErr     = -39,
+    zetStsJaehneErr          = -38,
+    zetStsWtOffsetErr        = -35,
+    zetStsWindowLenErr       = -33,
+    zetStsShiftErr           = -32,
+    zetStsSampleFactorErr    = -31,
+    zetStsSamplePhaseErr     = -30,
+    zetStsFIRMRFactorErr     = -29,
+    zetStsFIRMRPhaseErr      = -28,
+    zetStsRelFreqErr         = -27,
+    zetStsFIRLenErr          = -26,
+    zetStsIIROrderErr        = -25,
+    zetStsNegThreshErr       = -20,
+    zetStsThreshRangeErr     = -19,
+    zetStsFFTFlagErr         = -18,
+    zetStsFFTOrderErr        = -17,
+    zetStsRangeErr           = -16,
+    zetStsRoundModeErr       = -14,
+    zetStsSpecMismatchErr    = -13,
+    zetStsDivByZeroErr       = -10,
+    zetStsMemErr             = -9,
+    zetStsNullPtrErr         = -8,
+    zetStsBadModeErr         = -7,
+    zetStsSizeErr            = -6,
+    zetStsBadArgErr          = -5,
+    zetStsSizeOverflowErr    = -4,
+    zetStsUnsupportedErr     = -2,
+    zetStsGeneralErr         = -1,
+    /* success */
+    zetStsOk                 = 0,
+    /* warnings: the operation ran to the end */
+    zetStsDivByZeroWarn      = 2,
+    zetStsNegSqrtWarn        = 3,
+    zetStsEvenMaskWarn       = 5,
+    zetStsLogZeroWarn        = 7,
+    zetStsLogNegWarn         = 8,
+    zetStsNonFiniteWarn      = 9,
+    zetStsOverflowWarn       = 12,
+    zetStsUnderflowWarn      = 17
+};
+
+/* ---- Shared enumerations (passed as plain int) -------------------------- */
+
+/* ZetRoundMode */
+typedef int ZetRoundMode;
+enum {
+    zetRoundTowardZero  = 0, /* truncation */
+    zetRoundNearestEven = 1, /* ties to even */
+    zetRoundNearestAway = 2  /* ties away from zero */
+};
+
+/* ZetHint: only the value 1 selects the fast route; anything else is accurate. */
+typedef int ZetHint;
+enum {
+    zetHintAccurate = 0,
+    zetHintFast     = 1
+};
+
+/* ZetDataType: odd values are real and integer types, the even value after a
+ * type is its complex type. */
+typedef int ZetDataType;
+enum {
+    zetDt8u   = 1,
+    zetDt16u  = 5,
+    zetDt16s  = 7,
+    zetDt32u  = 9,
+    zetDt32s  = 11,
+    zetDt32f  = 13,
+    zetDt32fc = 14,
+    zetDt64u  = 15,
+    zetDt64s  = 17,
+    zetDt64f  = 19,
+    zetDt64fc = 20
+};
+
+/* Normalisation flags of transforms. */
+#define ZET_SCALE_FWD  1 /* forward scaled by 1/N */
+#define ZET_SCALE_INV  2 /* inverse scaled by 1/N */
+#define ZET_SCALE_SYM  4 /* both scaled by 1/sqrt(N) */
+#define ZET_SCALE_NONE 8 /* no scaling */
+
+/* ---- Opaque spec and state objects (laid out by the Init operations) ---- */
+
+typedef struct ZetsFFTSpec_C_16fc      ZetsFFTSpec_C_16fc;
+typedef struct ZetsFFTSpec_C_32fc      ZetsFFTSpec_C_32fc;
+typedef struct ZetsFFTSpec_C_32f       ZetsFFTSpec_C_32f;
+typedef struct ZetsFFTSpec_C_64fc      ZetsFFTSpec_C_64fc;
+typedef struct ZetsFFTSpec_C_64f       ZetsFFTSpec_C_64f;
+typedef struct ZetsFFTSpec_R_32f       ZetsFFTSpec_R_32f;
+typedef struct ZetsFFTSpec_R_64f       ZetsFFTSpec_R_64f;
+typedef struct ZetsDFTSpec_C_16fc      ZetsDFTSpec_C_16fc;
+typedef struct ZetsDFTSpec_C_32fc      ZetsDFTSpec_C_32fc;
+typedef struct ZetsDFTSpec_C_32f       ZetsDFTSpec_C_32f;
+typedef struct ZetsDFTSpec_C_64fc      ZetsDFTSpec_C_64fc;
+typedef struct ZetsDFTSpec_C_64f       ZetsDFTSpec_C_64f;
+typedef struct ZetsDFTSpec_R_32f       ZetsDFTSpec_R_32f;
+typedef struct ZetsDFTSpec_R_64f       ZetsDFTSpec_R_64f;
+typedef struct ZetsHilbertSpec_32f32fc ZetsHilbertSpec_32f32fc;
+typedef struct ZetsHilbertSpec_64f64fc ZetsHilbertSpec_64f64fc;
+typedef struct ZetsFIRSpec             ZetsFIRSpec;
+typedef struct ZetsFIRMRSpec           ZetsFIRMRSpec;
+typedef struct ZetsFIRLMSState         ZetsFIRLMSState;
+typedef struct ZetsFIRSparseState      ZetsFIRSparseState;
+typedef struct ZetsIIRState            ZetsIIRState;
+typedef struct ZetsIIRSparseState      ZetsIIRSparseState;
+typedef struct ZetsResampleSpec        ZetsResampleSpec;
+typedef struct ZetsResampleFixedSpec   ZetsResampleFixedSpec;
+typedef struct ZetsRandUniState        ZetsRandUniState;
+typedef struct ZetsRandGaussState      ZetsRandGaussState;
+typedef struct ZetsWTFwdState          ZetsWTFwdState;
+typedef struct ZetsWTInvState          ZetsWTInvState;
+
+/* ==== Memory and version ================================================= */
+
+/* Version record: constant, owned by the library. */
+typedef struct {
+    int         major;
+    int         minor;
+    int         majorBuild;
+    int         build;
+    char        targetCpu[4];
+    const char* name;
+    const char* version;
+    const char* buildDate;
+} ZetLibVersion;
+
+ZETAPI const ZetLibVersion* zetsGetLibVersion(void);
+
+/* Allocation of len elements, 64-byte aligned; NULL for a count outside the
+ * type's range (1 up to what fits a signed byte count) or when memory runs out.
+ * Release with zetsFree and nothing else. */
+ZETAPI Zet8u*   zetsMalloc_8u(int len);
+ZETAPI Zet8s*   zetsMalloc_8s(int len);
+ZETAPI Zet16u*  zetsMalloc_16u(int len);
+ZETAPI Zet16s*  zetsMalloc_16s(int len);
+ZETAPI Zet8sc*  zetsMalloc_8sc(int len);
+ZETAPI Zet32u*  zetsMalloc_32u(int len);
+ZETAPI Zet32s*  zetsMalloc_32s(int len);
+ZETAPI Zet32f*  zetsMalloc_32f(int len);
+ZETAPI Zet16sc* zetsMalloc_16sc(int len);
+ZETAPI Zet64s*  zetsMalloc_64s(int len);
+ZETAPI Zet64f*  zetsMalloc_64f(int len);
+ZETAPI Zet32fc* zetsMalloc_32fc(int len);
+ZETAPI Zet32sc* zetsMalloc_32sc(int len);
+ZETAPI Zet64fc* zetsMalloc_64fc(int len);
+ZETAPI Zet64sc* zetsMalloc_64sc(int len);
+ZETAPI Zet8u*   zetsMalloc_8u_L(long long len);
+ZETAPI Zet8s*   zetsMalloc_8s_L(long long len);
+ZETAPI Zet16u*  zetsMalloc_16u_L(long long len);
+ZETAPI Zet16s*  zetsMalloc_16s_L(long long len);
+ZETAPI Zet8sc*  zetsMalloc_8sc_L(long long len);
+ZETAPI Zet32u*  zetsMalloc_32u_L(long long len);
+ZETAPI Zet32s*  zetsMalloc_32s_L(long long len);
+ZETAPI Zet32f*  zetsMalloc_32f_L(long long len);
+ZETAPI Zet16sc* zetsMalloc_16sc_L(long long len);
+ZETAPI Zet64s*  zetsMalloc_64s_L(long long len);
+ZETAPI Zet64f*  zetsMalloc_64f_L(long long len);
+ZETAPI Zet32fc* zetsMalloc_32fc_L(long long len);
+ZETAPI Zet32sc* zetsMalloc_32sc_L(long long len);
+ZETAPI Zet64fc* zetsMalloc_64fc_L(long long len);
+ZETAPI Zet64sc* zetsMalloc_64sc_L(long long len);
+ZETAPI void     zetsFree(void* ptr);
+
+/* ==== Copy, move and fill ================================================ */
+
+/* Copy: dst[i] = src[i]; the vectors must not overlap. */
+ZETAPI ZetStatus zetsCopy_8u  (const Zet8u*   pSrc, Zet8u*   pDst, int len);
+ZETAPI ZetStatus zetsCopy_16s (const Zet16s*  pSrc, Zet16s*  pDst, int len);
+ZETAPI ZetStatus zetsCopy_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len);
+ZETAPI ZetStatus zetsCopy_32s (const Zet32s*  pSrc, Zet32s*  pDst, int len);
+ZETAPI ZetStatus zetsCopy_32f (const Zet32f*  pSrc, Zet32f*  pDst, int len);
+ZETAPI ZetStatus zetsCopy_32sc(const Zet32sc* pSrc, Zet32sc* pDst, int len);
+ZETAPI ZetStatus zetsCopy_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsCopy_64s (const Zet64s*  pSrc, Zet64s*  pDst, int len);
+ZETAPI ZetStatus zetsCopy_64f (const Zet64f*  pSrc, Zet64f*  pDst, int len);
+ZETAPI ZetStatus zetsCopy_64sc(const Zet64sc* pSrc, Zet64sc* pDst, int len);
+ZETAPI ZetStatus zetsCopy_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsCopy_32f_L (const Zet32f*  pSrc, Zet32f*  pDst, long long len);
+ZETAPI ZetStatus zetsCopy_32fc_L(const Zet32fc* pSrc, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsCopy_64f_L (const Zet64f*  pSrc, Zet64f*  pDst, long long len);
+ZETAPI ZetStatus zetsCopy_64fc_L(const Zet64fc* pSrc, Zet64fc* pDst, long long len);
+
+/* Move: as Copy, but correct for any overlap of src and dst. The byte count
+ * len * sizeof(element) is formed in 32 bits. */
+ZETAPI ZetStatus zetsMove_8u  (const Zet8u*   pSrc, Zet8u*   pDst, int len);
+ZETAPI ZetStatus zetsMove_16s (const Zet16s*  pSrc, Zet16s*  pDst, int len);
+ZETAPI ZetStatus zetsMove_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len);
+ZETAPI ZetStatus zetsMove_32s (const Zet32s*  pSrc, Zet32s*  pDst, int len);
+ZETAPI ZetStatus zetsMove_32f (const Zet32f*  pSrc, Zet32f*  pDst, int len);
+ZETAPI ZetStatus zetsMove_32sc(const Zet32sc* pSrc, Zet32sc* pDst, int len);
+ZETAPI ZetStatus zetsMove_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsMove_64s (const Zet64s*  pSrc, Zet64s*  pDst, int len);
+ZETAPI ZetStatus zetsMove_64f (const Zet64f*  pSrc, Zet64f*  pDst, int len);
+ZETAPI ZetStatus zetsMove_64sc(const Zet64sc* pSrc, Zet64sc* pDst, int len);
+ZETAPI ZetStatus zetsMove_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len);
+
+/* Set: dst[i] = val. */
+ZETAPI ZetStatus zetsSet_8u  (Zet8u   val, Zet8u*   pDst, int len);
+ZETAPI ZetStatus zetsSet_16s (Zet16s  val, Zet16s*  pDst, int len);
+ZETAPI ZetStatus zetsSet_16sc(Zet16sc val, Zet16sc* pDst, int len);
+ZETAPI ZetStatus zetsSet_32s (Zet32s  val, Zet32s*  pDst, int len);
+ZETAPI ZetStatus zetsSet_32f (Zet32f  val, Zet32f*  pDst, int len);
+ZETAPI ZetStatus zetsSet_32sc(Zet32sc val, Zet32sc* pDst, int len);
+ZETAPI ZetStatus zetsSet_32fc(Zet32fc val, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsSet_64s (Zet64s  val, Zet64s*  pDst, int len);
+ZETAPI ZetStatus zetsSet_64f (Zet64f  val, Zet64f*  pDst, int len);
+ZETAPI ZetStatus zetsSet_64sc(Zet64sc val, Zet64sc* pDst, int len);
+ZETAPI ZetStatus zetsSet_64fc(Zet64fc val, Zet64fc* pDst, int len);
+
+/* Zero: dst[i] = 0 (all bits clear). The byte count is formed in 32 bits:
+ * lengths whose byte count reaches 4 GiB need the _L forms. */
+ZETAPI ZetStatus zetsZero_8u  (Zet8u*   pDst, int len);
+ZETAPI ZetStatus zetsZero_16s (Zet16s*  pDst, int len);
+ZETAPI ZetStatus zetsZero_16sc(Zet16sc* pDst, int len);
+ZETAPI ZetStatus zetsZero_32s (Zet32s*  pDst, int len);
+ZETAPI ZetStatus zetsZero_32f (Zet32f*  pDst, int len);
+ZETAPI ZetStatus zetsZero_32sc(Zet32sc* pDst, int len);
+ZETAPI ZetStatus zetsZero_32fc(Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsZero_64s (Zet64s*  pDst, int len);
+ZETAPI ZetStatus zetsZero_64f (Zet64f*  pDst, int len);
+ZETAPI ZetStatus zetsZero_64sc(Zet64sc* pDst, int len);
+ZETAPI ZetStatus zetsZero_64fc(Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsZero_32f_L (Zet32f*  pDst, long long len);
+ZETAPI ZetStatus zetsZero_32fc_L(Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsZero_64f_L (Zet64f*  pDst, long long len);
+ZETAPI ZetStatus zetsZero_64fc_L(Zet64fc* pDst, long long len);
+
+/* ==== Floating-point arithmetic ========================================== */
+
+/* Add: dst[i] = src2[i] + src1[i]; of two NaNs, the one of src2 is delivered. */
+ZETAPI ZetStatus zetsAdd_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+
+/* Abs: dst[i] = max(-src[i], src[i]) by the processor's maximum: a NaN passes
+ * through unchanged (sign included) and -0 stays -0. */
+ZETAPI ZetStatus zetsAbs_32f(const Zet32f* pSrc, Zet32f* pDst, int len);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ZETSP_H */
