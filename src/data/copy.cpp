@@ -1,5 +1,6 @@
 // Copy and Move: element forms reduce to byte counts over the shared kernels.
 #include "bytes.hpp"
+#include "short_moves.hpp"
 #include "frame/checks.hpp"
 #include "frame/chunk.hpp"
 
@@ -11,7 +12,8 @@ ZetStatus copy8u(const void* src, void* dst, int len) {
     if (auto st = checkArgs(len, src, dst)) return st;
     const auto* s = static_cast<const u8*>(src);
     auto* d = static_cast<u8*>(dst);
-    if (len > 32767) copyLarge(s, d, static_cast<std::size_t>(len));
+    if (len <= 256) copyShort(s, d, static_cast<std::size_t>(len));
+    else if (len > 32767) copyLarge(s, d, static_cast<std::size_t>(len));
     else copySmall(s, d, static_cast<std::size_t>(len));
     return zetStsOk;
 }
@@ -46,7 +48,8 @@ ZetStatus copyElemsL(const void* src, void* dst, long long len) {
 
 ZetStatus move8u(const void* src, void* dst, int len) {
     if (auto st = checkArgs(len, src, dst)) return st;
-    moveBytes(static_cast<const u8*>(src), static_cast<u8*>(dst), static_cast<std::size_t>(len));
+    if (len <= 256) copyShort(static_cast<const u8*>(src), static_cast<u8*>(dst), static_cast<std::size_t>(len));
+    else moveBytes(static_cast<const u8*>(src), static_cast<u8*>(dst), static_cast<std::size_t>(len));
     return zetStsOk;
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "bytes.hpp"
+#include "short_moves.hpp"
 #include "frame/checks.hpp"
 #include "frame/chunk.hpp"
 #include "frame/simd.hpp"
@@ -16,7 +17,8 @@ using u8 = std::uint8_t;
 ZetStatus zero8u(void* dst, int len) {
     if (auto st = checkArgs(len, dst)) return st;
     auto* d = static_cast<u8*>(dst);
-    if (len <= 32768) zeroWide(d, static_cast<std::uint32_t>(len));
+    if (len <= 256) zeroShort(d, static_cast<std::size_t>(len));
+    else if (len <= 32768) zeroWide(d, static_cast<std::uint32_t>(len));
     else zeroLarge(d, static_cast<std::uint32_t>(len));
     return zetStsOk;
 }
@@ -29,7 +31,8 @@ ZetStatus zeroElems(void* dst, int len) {
     if (auto st = checkArgs(len, dst)) return st;
     auto* d = static_cast<u8*>(dst);
     const std::uint32_t bytes = static_cast<std::uint32_t>(len) * static_cast<std::uint32_t>(E);
-    if (bytes <= 2097152u) zeroWide(d, bytes);
+    if (bytes <= 256u) zeroShort(d, bytes);
+    else if (bytes <= 2097152u) zeroWide(d, bytes);
     else zeroLarge(d, bytes);
     return zetStsOk;
 }
@@ -64,14 +67,22 @@ bool fillStreams(const u8* d, long long len) {
 
 }  // namespace
 
+// Above 256 bytes: the route is chosen on the byte count formed in 32 bits
+// (compared unsigned), but every one of the len elements is written.
 template <std::size_t E>
-ZetStatus setElems(const void* pattern, void* dst, int len) {
+[[gnu::noinline]] void setBulk(__m256i v, u8* d, int len) {
+    const std::uint32_t bytes = static_cast<std::uint32_t>(len) * static_cast<std::uint32_t>(E);
+    if (bytes > 2097152u && fillStreams<E>(d, len)) fillStream<E>(d, v, static_cast<std::size_t>(len));
+    else fillPlain<E>(d, v, static_cast<std::size_t>(len));
+}
+
+template <std::size_t E>
+ZetStatus setElems(__m256i v, void* dst, int len) {
     if (auto st = checkArgs(len, dst)) return st;
     auto* d = static_cast<u8*>(dst);
-    const auto* p = static_cast<const u8*>(pattern);
-    const std::uint32_t bytes = static_cast<std::uint32_t>(len) * static_cast<std::uint32_t>(E);
-    if (bytes > 2097152u && fillStreams<E>(d, len)) fillStream<E>(d, p, static_cast<std::size_t>(len));
-    else fillPlain<E>(d, p, static_cast<std::size_t>(len));
+    const long long bytes = static_cast<long long>(len) * static_cast<long long>(E);
+    if (bytes <= 256 && simd::addr(d) % (E < 8 ? E : 8) == 0) fillShort(d, v, static_cast<std::size_t>(bytes));
+    else setBulk<E>(v, d, len);
     return zetStsOk;
 }
 
@@ -82,22 +93,21 @@ template ZetStatus zeroElems<16>(void*, int);
 template ZetStatus zeroElemsL<4>(void*, long long);
 template ZetStatus zeroElemsL<8>(void*, long long);
 template ZetStatus zeroElemsL<16>(void*, long long);
-template ZetStatus setElems<1>(const void*, void*, int);
-template ZetStatus setElems<2>(const void*, void*, int);
-template ZetStatus setElems<4>(const void*, void*, int);
-template ZetStatus setElems<8>(const void*, void*, int);
-template ZetStatus setElems<16>(const void*, void*, int);
+template ZetStatus setElems<1>(__m256i, void*, int);
+template ZetStatus setElems<2>(__m256i, void*, int);
+template ZetStatus setElems<4>(__m256i, void*, int);
+template ZetStatus setElems<8>(__m256i, void*, int);
+template ZetStatus setElems<16>(__m256i, void*, int);
 
 }  // namespace zet::data
 
 using namespace zet::data;
 
-// The value is taken by value and its bytes become the fill pattern.
-#define ZET_SET_ZERO(T, E)                                                                           \
-    ZetStatus zetsSet_##T(Zet##T val, Zet##T* d, int len) { return setElems<E>(&val, d, len); } \
+#define ZET_SET_ZERO(T, E)                                                                                       \
+    ZetStatus zetsSet_##T(Zet##T val, Zet##T* d, int len) { return setElems<E>(broadcastValue(val), d, len); } \
     ZetStatus zetsZero_##T(Zet##T* d, int len) { return zeroElems<E>(d, len); }
 
-ZetStatus zetsSet_8u(Zet8u val, Zet8u* d, int len) { return setElems<1>(&val, d, len); }
+ZetStatus zetsSet_8u(Zet8u val, Zet8u* d, int len) { return setElems<1>(broadcastValue(val), d, len); }
 ZetStatus zetsZero_8u(Zet8u* d, int len) { return zero8u(d, len); }
 ZET_SET_ZERO(16s, 2)
 ZET_SET_ZERO(16sc, 4)
