@@ -32,13 +32,16 @@ float refAbs(float a) {
     return n > a ? n : a;
 }
 
+// Vectors are placed at any byte address, so the test moves data in and out
+// with memcpy and reads values only from aligned copies.
 TEST(Add32f, MatchesFormulaAtEveryLengthAndPlacement) {
     std::mt19937_64 rng(10);
     const std::size_t cap = 4200 * sizeof(float);
     GuardedRegion r1(cap), r2(cap), rd(cap);
-    std::vector<float> want;
+    std::vector<float> va, vb, got, want;
     for (int len : zettest::kernelLengths()) {
-        want.resize(len);
+        va.resize(len), vb.resize(len), got.resize(len), want.resize(len);
+        const std::size_t bytes = len * sizeof(float);
         for (const Placement& p : zettest::allPlacements()) {
             // Move each vector through the placements while the others sit against a guard.
             for (int which = 0; which < 3; ++which) {
@@ -46,14 +49,17 @@ TEST(Add32f, MatchesFormulaAtEveryLengthAndPlacement) {
                 float* a = zettest::place<float>(r1, which == 0 ? p : tail, len);
                 float* b = zettest::place<float>(r2, which == 1 ? p : head, len);
                 float* d = zettest::place<float>(rd, which == 2 ? p : tail, len);
-                zettest::fillFloats(a, len, rng);
-                zettest::fillFloats(b, len, rng);
-                for (int i = 0; i < len; ++i) want[i] = refAdd(a[i], b[i]);
+                zettest::fillFloats(va.data(), len, rng);
+                zettest::fillFloats(vb.data(), len, rng);
+                std::memcpy(a, va.data(), bytes);
+                std::memcpy(b, vb.data(), bytes);
+                for (int i = 0; i < len; ++i) want[i] = refAdd(va[i], vb[i]);
                 ASSERT_EQ(zetsAdd_32f(a, b, d, len), zetStsOk);
-                const long long bad = zettest::firstBitMismatch(d, want.data(), len);
+                std::memcpy(got.data(), d, bytes);
+                const long long bad = zettest::firstBitMismatch(got.data(), want.data(), len);
                 ASSERT_EQ(bad, -1) << "len " << len << " " << p.name() << " vector " << which << " a="
-                                   << zettest::hexBits(a[bad]) << " b=" << zettest::hexBits(b[bad]) << " got "
-                                   << zettest::hexBits(d[bad]) << " want " << zettest::hexBits(want[bad]);
+                                   << zettest::hexBits(va[bad]) << " b=" << zettest::hexBits(vb[bad]) << " got "
+                                   << zettest::hexBits(got[bad]) << " want " << zettest::hexBits(want[bad]);
             }
         }
     }
@@ -106,19 +112,22 @@ TEST(Abs32f, MatchesFormulaAtEveryLengthAndPlacementAndInPlace) {
     std::mt19937_64 rng(12);
     const std::size_t cap = 4200 * sizeof(float);
     GuardedRegion rs(cap), rd(cap);
-    std::vector<float> want;
+    std::vector<float> vs, got, want;
     for (int len : zettest::kernelLengths()) {
-        want.resize(len);
+        vs.resize(len), got.resize(len), want.resize(len);
+        const std::size_t bytes = len * sizeof(float);
         for (const Placement& p : zettest::allPlacements()) {
-            for (int which = 0; which < 3; ++which) {
+            for (int which = 0; which < 3; ++which) {  // 2: in place
                 float* s = zettest::place<float>(rs, which == 0 ? p : Placement{Placement::Tail, 0}, len);
                 float* d = which == 2 ? s : zettest::place<float>(rd, which == 1 ? p : Placement{Placement::Head, 0}, len);
-                zettest::fillFloats(s, len, rng);
-                for (int i = 0; i < len; ++i) want[i] = refAbs(s[i]);
+                zettest::fillFloats(vs.data(), len, rng);
+                std::memcpy(s, vs.data(), bytes);
+                for (int i = 0; i < len; ++i) want[i] = refAbs(vs[i]);
                 ASSERT_EQ(zetsAbs_32f(s, d, len), zetStsOk);
-                const long long bad = zettest::firstBitMismatch(d, want.data(), len);
+                std::memcpy(got.data(), d, bytes);
+                const long long bad = zettest::firstBitMismatch(got.data(), want.data(), len);
                 ASSERT_EQ(bad, -1) << "len " << len << " " << p.name() << " case " << which << " got "
-                                   << zettest::hexBits(d[bad]) << " want " << zettest::hexBits(want[bad]);
+                                   << zettest::hexBits(got[bad]) << " want " << zettest::hexBits(want[bad]);
             }
         }
     }

@@ -66,7 +66,8 @@ T* place(const GuardedRegion& r, const Placement& p, std::size_t count) {
 std::vector<int> kernelLengths();
 
 // ---- inputs -----------------------------------------------------------------
-// Floating inputs: ordinary values of mixed magnitude and sign, interleaved
+// Floating inputs (p must be aligned to T; place data at odd addresses with
+// memcpy): ordinary values of mixed magnitude and sign, interleaved
 // with specials (+-0, +-inf, quiet and signalling NaNs with payloads and
 // either sign, denormals, the extremes) at a rate of about one in `specialEvery`.
 void fillFloats(float* p, std::size_t n, std::mt19937_64& rng, int specialEvery = 5);
