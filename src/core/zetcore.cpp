@@ -20,8 +20,9 @@ void* alignedBlock(long long bytes) {
     return p;
 }
 
-// Deterministic cache parameters: leaf 4 on Intel, 0x8000001D on AMD share one
-// layout. Each subleaf describes one cache until the type field reads 0.
+// Deterministic cache parameters: CPUID leaf 4 or, on processors without it,
+// leaf 0x8000001D, which has the same layout. Each subleaf describes one cache
+// until the type field reads 0.
 long long largestCacheFromLeaf(unsigned leaf) {
     unsigned a, b, c, d;
     if (!__get_cpuid_count(leaf & 0x80000000u, 0, &a, &b, &c, &d) || a < leaf) return 0;
