@@ -304,12 +304,175 @@ ZETAPI ZetStatus zetsZero_64fc_L(Zet64fc* pDst, long long len);
 
 /* ==== Floating-point arithmetic ========================================== */
 
-/* Add: dst[i] = src2[i] + src1[i]; of two NaNs, the one of src2 is delivered. */
+/* Two vectors. Add: src2 + src1 (of two NaNs the one of src2 is delivered);
+ * Sub: src2 - src1; Mul: src2 * src1, for complex types
+ * re = fma(a.re, b.re, -round(a.im*b.im)), im = fma(a.re, b.im, round(a.im*b.re))
+ * with a from src1 and b from src2. _I forms: srcDst = srcDst op src.
+ * Complex Add and Sub check the length first. */
 ZETAPI ZetStatus zetsAdd_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsAdd_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAdd_32f_L(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsAdd_32f_I_L(const Zet32f* pSrc, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsAdd_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsAdd_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAdd_64f_L(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsAdd_64f_I_L(const Zet64f* pSrc, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsAdd_32fc(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsAdd_32fc_I(const Zet32fc* pSrc, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsAdd_32fc_L(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsAdd_32fc_I_L(const Zet32fc* pSrc, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsAdd_64fc(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsAdd_64fc_I(const Zet64fc* pSrc, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsAdd_64fc_L(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsAdd_64fc_I_L(const Zet64fc* pSrc, Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSub_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsSub_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSub_32f_L(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsSub_32f_I_L(const Zet32f* pSrc, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSub_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsSub_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSub_64f_L(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsSub_64f_I_L(const Zet64f* pSrc, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSub_32fc(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsSub_32fc_I(const Zet32fc* pSrc, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSub_32fc_L(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsSub_32fc_I_L(const Zet32fc* pSrc, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSub_64fc(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsSub_64fc_I(const Zet64fc* pSrc, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSub_64fc_L(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsSub_64fc_I_L(const Zet64fc* pSrc, Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMul_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMul_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMul_32f_L(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsMul_32f_I_L(const Zet32f* pSrc, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMul_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMul_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMul_64f_L(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsMul_64f_I_L(const Zet64f* pSrc, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMul_32fc(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsMul_32fc_I(const Zet32fc* pSrc, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsMul_32fc_L(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsMul_32fc_I_L(const Zet32fc* pSrc, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMul_64fc(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsMul_64fc_I(const Zet64fc* pSrc, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsMul_64fc_L(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsMul_64fc_I_L(const Zet64fc* pSrc, Zet64fc* pSrcDst, long long len);
+/* Real times complex: dst = src1[i] * src2[i] part by part. */
+ZETAPI ZetStatus zetsMul_32f32fc(const Zet32f* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsMul_32f32fc_I(const Zet32f* pSrc, Zet32fc* pSrcDst, int len);
 
-/* Abs: dst[i] = max(-src[i], src[i]) by the processor's maximum: a NaN passes
- * through unchanged (sign included) and -0 stays -0. */
+/* A vector and a constant. AddC: src + val; SubC: src - val; SubCRev: val - src;
+ * MulC: val * src, for complex types re = fma(val.re, a.re, -round(a.im*val.im)),
+ * im = fma(val.re, a.im, round(a.re*val.im)).
+ * Real constants: AddC/SubC with 0 copy (in place: return at once), MulC with 1
+ * copies (in place: returns), MulC with 0 zeroes (+0 even for NaN elements).
+ * The _L forms of MulC handle 0 and 1 in blocks of their own: with 0 the 32f
+ * form and both in-place forms end as val * element. */
+ZETAPI ZetStatus zetsAddC_32f(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsAddC_32f_I(Zet32f val, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddC_32f_L(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsAddC_32f_I_L(Zet32f val, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsAddC_64f(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsAddC_64f_I(Zet64f val, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddC_64f_L(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsAddC_64f_I_L(Zet64f val, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsAddC_32fc(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsAddC_32fc_I(Zet32fc val, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddC_32fc_L(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsAddC_32fc_I_L(Zet32fc val, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsAddC_64fc(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsAddC_64fc_I(Zet64fc val, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddC_64fc_L(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsAddC_64fc_I_L(Zet64fc val, Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubC_32f(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsSubC_32f_I(Zet32f val, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubC_32f_L(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsSubC_32f_I_L(Zet32f val, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubC_64f(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsSubC_64f_I(Zet64f val, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubC_64f_L(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsSubC_64f_I_L(Zet64f val, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubC_32fc(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsSubC_32fc_I(Zet32fc val, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubC_32fc_L(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsSubC_32fc_I_L(Zet32fc val, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubC_64fc(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsSubC_64fc_I(Zet64fc val, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubC_64fc_L(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsSubC_64fc_I_L(Zet64fc val, Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_32f(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsSubCRev_32f_I(Zet32f val, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubCRev_32f_L(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_32f_I_L(Zet32f val, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_64f(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsSubCRev_64f_I(Zet64f val, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubCRev_64f_L(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_64f_I_L(Zet64f val, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_32fc(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsSubCRev_32fc_I(Zet32fc val, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubCRev_32fc_L(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_32fc_I_L(Zet32fc val, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_64fc(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsSubCRev_64fc_I(Zet64fc val, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubCRev_64fc_L(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsSubCRev_64fc_I_L(Zet64fc val, Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMulC_32f(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMulC_32f_I(Zet32f val, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulC_32f_L(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsMulC_32f_I_L(Zet32f val, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMulC_64f(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMulC_64f_I(Zet64f val, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulC_64f_L(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsMulC_64f_I_L(Zet64f val, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMulC_32fc(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsMulC_32fc_I(Zet32fc val, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulC_32fc_L(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsMulC_32fc_I_L(Zet32fc val, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsMulC_64fc(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsMulC_64fc_I(Zet64fc val, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulC_64fc_L(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsMulC_64fc_I_L(Zet64fc val, Zet64fc* pSrcDst, long long len);
+
+/* One vector. Abs: max(-src, src) by the processor's maximum: a NaN passes
+ * through unchanged (sign included) and -0 stays -0. Sqr: src * src, for
+ * complex types re = fma(a.re, a.re, -round(a.im*a.im)), im = a.re*(a.im + a.im). */
 ZETAPI ZetStatus zetsAbs_32f(const Zet32f* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsAbs_32f_I(Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAbs_32f_L(const Zet32f* pSrc, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsAbs_32f_I_L(Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsAbs_64f(const Zet64f* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsAbs_64f_I(Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAbs_64f_L(const Zet64f* pSrc, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsAbs_64f_I_L(Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSqr_32f(const Zet32f* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsSqr_32f_I(Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSqr_32f_L(const Zet32f* pSrc, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsSqr_32f_I_L(Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSqr_64f(const Zet64f* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsSqr_64f_I(Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsSqr_64f_L(const Zet64f* pSrc, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsSqr_64f_I_L(Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSqr_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsSqr_32fc_I(Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSqr_32fc_L(const Zet32fc* pSrc, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsSqr_32fc_I_L(Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsSqr_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsSqr_64fc_I(Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsSqr_64fc_L(const Zet64fc* pSrc, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsSqr_64fc_I_L(Zet64fc* pSrcDst, long long len);
+
+/* Multiply-accumulate. AddProduct: srcDst += src1 * src2 with the product fused
+ * (real: fma(b, a, d); complex: re = fma(a.re, b.re, d.re) - round(a.im*b.im),
+ * im = fma(a.re, b.im, d.im) + round(a.im*b.re)). AddProductC: srcDst +=
+ * val * src with every product rounded first: the two are deliberately different. */
+ZETAPI ZetStatus zetsAddProduct_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddProduct_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddProduct_32fc(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddProduct_64fc(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddProductC_32f(const Zet32f* pSrc, Zet32f val, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddProductC_64f(const Zet64f* pSrc, Zet64f val, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddProductC_32fc(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddProductC_64fc(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pSrcDst, int len);
 
 #ifdef __cplusplus
 }

@@ -1,64 +1,121 @@
-// Element-wise loop shapes. The plain vector loop has no alignment peel and
-// only unaligned accesses: four, then two wide registers per round while they
-// fill (four keep both load ports busy on vectors that sit in L1), then half
-// registers, then single elements through the same operation, so a result
-// never depends on where its element sits.
+// Element-wise loop shapes over real and interleaved complex vectors.
+//
+// The plain vector loop has no alignment peel and only unaligned accesses:
+// four, then two wide registers per round while they fill (four keep both
+// load ports busy on vectors that sit in L1), then half registers, then
+// single elements through the same operation, so a result never depends on
+// where its element sits.
 #pragma once
 
+#include <cstring>
+
 #include "simd.hpp"
+#include "zetsp.h"
 
 namespace zet::loops {
 
-using simd::Reg;
+// How an element type maps onto registers: elements per wide and per half
+// register, and the loads and stores of each width. A single element is
+// loaded duplicated across its half register.
+template <class E> struct Lanes;
 
-// op(x) is called with wide and half registers of T.
-template <class T, class Op>
-inline void map1(const T* src, T* dst, long long n, Op op) {
-    constexpr int W = Reg<T>::kWide, H = Reg<T>::kHalf;
-    for (; n >= 4 * W; n -= 4 * W, src += 4 * W, dst += 4 * W) {
-        const auto a0 = op(simd::loadWide(src));
-        const auto a1 = op(simd::loadWide(src + W));
-        const auto a2 = op(simd::loadWide(src + 2 * W));
-        const auto a3 = op(simd::loadWide(src + 3 * W));
-        simd::store(dst, a0);
-        simd::store(dst + W, a1);
-        simd::store(dst + 2 * W, a2);
-        simd::store(dst + 3 * W, a3);
-    }
-    for (; n >= 2 * W; n -= 2 * W, src += 2 * W, dst += 2 * W) {
-        const auto a0 = op(simd::loadWide(src));
-        const auto a1 = op(simd::loadWide(src + W));
-        simd::store(dst, a0);
-        simd::store(dst + W, a1);
-    }
-    for (; n >= H; n -= H, src += H, dst += H) simd::store(dst, op(simd::loadHalf(src)));
-    for (; n > 0; --n, ++src, ++dst) simd::storeOne(dst, op(simd::loadOne(src)));
-}
+// The parts of a complex vector as a real array. A cast, not a member access:
+// the vector may sit at any byte address.
+inline const float* re(const Zet32fc* p) { return reinterpret_cast<const float*>(p); }
+inline float* re(Zet32fc* p) { return reinterpret_cast<float*>(p); }
+inline const double* re(const Zet64fc* p) { return reinterpret_cast<const double*>(p); }
+inline double* re(Zet64fc* p) { return reinterpret_cast<double*>(p); }
 
-// op(a, b) with a from src1 and b from src2.
-template <class T, class Op>
-inline void map2(const T* src1, const T* src2, T* dst, long long n, Op op) {
-    constexpr int W = Reg<T>::kWide, H = Reg<T>::kHalf;
-    for (; n >= 4 * W; n -= 4 * W, src1 += 4 * W, src2 += 4 * W, dst += 4 * W) {
-        const auto r0 = op(simd::loadWide(src1), simd::loadWide(src2));
-        const auto r1 = op(simd::loadWide(src1 + W), simd::loadWide(src2 + W));
-        const auto r2 = op(simd::loadWide(src1 + 2 * W), simd::loadWide(src2 + 2 * W));
-        const auto r3 = op(simd::loadWide(src1 + 3 * W), simd::loadWide(src2 + 3 * W));
-        simd::store(dst, r0);
-        simd::store(dst + W, r1);
-        simd::store(dst + 2 * W, r2);
-        simd::store(dst + 3 * W, r3);
+template <> struct Lanes<float> {
+    using Wide = __m256;
+    using Half = __m128;
+    static constexpr int kWide = 8, kHalf = 4;
+    static Wide loadWide(const float* p) { return _mm256_loadu_ps(p); }
+    static Half loadHalf(const float* p) { return _mm_loadu_ps(p); }
+    static Half loadOne(const float* p) {
+        float v;
+        std::memcpy(&v, p, sizeof v);
+        return _mm_set1_ps(v);
     }
-    for (; n >= 2 * W; n -= 2 * W, src1 += 2 * W, src2 += 2 * W, dst += 2 * W) {
-        const auto r0 = op(simd::loadWide(src1), simd::loadWide(src2));
-        const auto r1 = op(simd::loadWide(src1 + W), simd::loadWide(src2 + W));
-        simd::store(dst, r0);
-        simd::store(dst + W, r1);
+    static void store(float* p, Wide v) { _mm256_storeu_ps(p, v); }
+    static void store(float* p, Half v) { _mm_storeu_ps(p, v); }
+    static void storeOne(float* p, Half v) {
+        const float s = _mm_cvtss_f32(v);
+        std::memcpy(p, &s, sizeof s);
     }
-    for (; n >= H; n -= H, src1 += H, src2 += H, dst += H)
-        simd::store(dst, op(simd::loadHalf(src1), simd::loadHalf(src2)));
-    for (; n > 0; --n, ++src1, ++src2, ++dst)
-        simd::storeOne(dst, op(simd::loadOne(src1), simd::loadOne(src2)));
+};
+
+template <> struct Lanes<double> {
+    using Wide = __m256d;
+    using Half = __m128d;
+    static constexpr int kWide = 4, kHalf = 2;
+    static Wide loadWide(const double* p) { return _mm256_loadu_pd(p); }
+    static Half loadHalf(const double* p) { return _mm_loadu_pd(p); }
+    static Half loadOne(const double* p) {
+        double v;
+        std::memcpy(&v, p, sizeof v);
+        return _mm_set1_pd(v);
+    }
+    static void store(double* p, Wide v) { _mm256_storeu_pd(p, v); }
+    static void store(double* p, Half v) { _mm_storeu_pd(p, v); }
+    static void storeOne(double* p, Half v) {
+        const double s = _mm_cvtsd_f64(v);
+        std::memcpy(p, &s, sizeof s);
+    }
+};
+
+template <> struct Lanes<Zet32fc> {
+    using Wide = __m256;
+    using Half = __m128;
+    static constexpr int kWide = 4, kHalf = 2;
+    static Wide loadWide(const Zet32fc* p) { return _mm256_loadu_ps(re(p)); }
+    static Half loadHalf(const Zet32fc* p) { return _mm_loadu_ps(re(p)); }
+    static Half loadOne(const Zet32fc* p) {
+        double v;  // the pair as one 64-bit unit, duplicated
+        std::memcpy(&v, p, sizeof v);
+        return _mm_castpd_ps(_mm_set1_pd(v));
+    }
+    static void store(Zet32fc* p, Wide v) { _mm256_storeu_ps(re(p), v); }
+    static void store(Zet32fc* p, Half v) { _mm_storeu_ps(re(p), v); }
+    static void storeOne(Zet32fc* p, Half v) {
+        const double s = _mm_cvtsd_f64(_mm_castps_pd(v));
+        std::memcpy(p, &s, sizeof s);
+    }
+};
+
+// A double complex fills a half register: the half step is the single step.
+template <> struct Lanes<Zet64fc> {
+    using Wide = __m256d;
+    using Half = __m128d;
+    static constexpr int kWide = 2, kHalf = 1;
+    static Wide loadWide(const Zet64fc* p) { return _mm256_loadu_pd(re(p)); }
+    static Half loadHalf(const Zet64fc* p) { return _mm_loadu_pd(re(p)); }
+    static Half loadOne(const Zet64fc* p) { return loadHalf(p); }
+    static void store(Zet64fc* p, Wide v) { _mm256_storeu_pd(re(p), v); }
+    static void store(Zet64fc* p, Half v) { _mm_storeu_pd(re(p), v); }
+    static void storeOne(Zet64fc* p, Half v) { store(p, v); }
+};
+
+// dst[i] = op(in[i]...) over n elements; op is called with wide and half
+// registers of every input. Inputs may equal dst (in-place forms): each
+// round loads all its inputs before it stores.
+template <class E, class Op, class... In>
+inline void map(E* dst, long long n, Op op, const In*... in) {
+    using L = Lanes<E>;
+    constexpr int W = L::kWide, H = L::kHalf;
+    for (; n >= 4 * W; n -= 4 * W, dst += 4 * W, ((in += 4 * W), ...)) {
+        const auto r0 = op(Lanes<In>::loadWide(in)...);
+        const auto r1 = op(Lanes<In>::loadWide(in + W)...);
+        const auto r2 = op(Lanes<In>::loadWide(in + 2 * W)...);
+        const auto r3 = op(Lanes<In>::loadWide(in + 3 * W)...);
+        L::store(dst, r0);
+        L::store(dst + W, r1);
+        L::store(dst + 2 * W, r2);
+        L::store(dst + 3 * W, r3);
+    }
+    for (; n >= W; n -= W, dst += W, ((in += W), ...)) L::store(dst, op(Lanes<In>::loadWide(in)...));
+    for (; n >= H; n -= H, dst += H, ((in += H), ...)) L::store(dst, op(Lanes<In>::loadHalf(in)...));
+    for (; n > 0; --n, ++dst, ((++in), ...)) L::storeOne(dst, op(Lanes<In>::loadOne(in)...));
 }
 
 }  // namespace zet::loops

@@ -1,8 +1,9 @@
 // Thin SIMD layer: keeps intrinsics out of family code so kernels read as
-// arithmetic. Overloads are by register type (256-bit "wide", 128-bit "half");
-// a scalar is carried in a half register with the value in every lane, so a
-// tail element sees exactly the same instruction as the main loop and raises
-// no flag that its real value would not raise.
+// arithmetic. Functions are overloaded on the register type: 256-bit "wide"
+// and 128-bit "half" registers of float or double. A single element is
+// carried in a half register (duplicated into every lane or pair of lanes),
+// so a tail element goes through exactly the same instruction as the main
+// loop and raises no flag that its own value would not raise.
 #pragma once
 
 #include <immintrin.h>
@@ -10,53 +11,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 namespace zet::simd {
-
-template <class T> struct Reg;
-template <> struct Reg<float> {
-    using Wide = __m256;
-    using Half = __m128;
-    static constexpr int kWide = 8;
-    static constexpr int kHalf = 4;
-};
-template <> struct Reg<double> {
-    using Wide = __m256d;
-    using Half = __m128d;
-    static constexpr int kWide = 4;
-    static constexpr int kHalf = 2;
-};
-
-// ---- loads and stores (never aligned: no caller vector has to be) --------
-inline __m256 loadWide(const float* p) { return _mm256_loadu_ps(p); }
-inline __m256d loadWide(const double* p) { return _mm256_loadu_pd(p); }
-inline __m128 loadHalf(const float* p) { return _mm_loadu_ps(p); }
-inline __m128d loadHalf(const double* p) { return _mm_loadu_pd(p); }
-inline void store(float* p, __m256 v) { _mm256_storeu_ps(p, v); }
-inline void store(double* p, __m256d v) { _mm256_storeu_pd(p, v); }
-inline void store(float* p, __m128 v) { _mm_storeu_ps(p, v); }
-inline void store(double* p, __m128d v) { _mm_storeu_pd(p, v); }
-
-// One element, broadcast to every lane of a half register. memcpy keeps the
-// access legal at any byte address.
-inline __m128 loadOne(const float* p) {
-    float v;
-    std::memcpy(&v, p, sizeof v);
-    return _mm_set1_ps(v);
-}
-inline __m128d loadOne(const double* p) {
-    double v;
-    std::memcpy(&v, p, sizeof v);
-    return _mm_set1_pd(v);
-}
-inline void storeOne(float* p, __m128 v) {
-    const float s = _mm_cvtss_f32(v);
-    std::memcpy(p, &s, sizeof s);
-}
-inline void storeOne(double* p, __m128d v) {
-    const double s = _mm_cvtsd_f64(v);
-    std::memcpy(p, &s, sizeof s);
-}
 
 // ---- arithmetic with a fixed left operand ---------------------------------
 // The compiler treats + and * as commutative and may swap operands; the
@@ -78,22 +35,59 @@ ZET_SIMD_ORDERED(mul, "vmulpd", __m256d)
 ZET_SIMD_ORDERED(mul, "vmulpd", __m128d)
 #undef ZET_SIMD_ORDERED
 
-inline __m256 sub(__m256 a, __m256 b) { return _mm256_sub_ps(a, b); }
-inline __m128 sub(__m128 a, __m128 b) { return _mm_sub_ps(a, b); }
-inline __m256d sub(__m256d a, __m256d b) { return _mm256_sub_pd(a, b); }
-inline __m128d sub(__m128d a, __m128d b) { return _mm_sub_pd(a, b); }
+// ---- the rest of the arithmetic, one line per register type ---------------
+#define ZET_SIMD_EACH(X)           \
+    X(__m256, _mm256_, ps, __m256i) \
+    X(__m128, _mm_, ps, __m128i)    \
+    X(__m256d, _mm256_, pd, __m256i) \
+    X(__m128d, _mm_, pd, __m128i)
 
-// Processor maximum: the second operand unless the first compares greater.
-inline __m256 max(__m256 a, __m256 b) { return _mm256_max_ps(a, b); }
-inline __m128 max(__m128 a, __m128 b) { return _mm_max_ps(a, b); }
-inline __m256d max(__m256d a, __m256d b) { return _mm256_max_pd(a, b); }
-inline __m128d max(__m128d a, __m128d b) { return _mm_max_pd(a, b); }
+#define ZET_SIMD_ARITH(R, P, S, I)                                                          \
+    inline R sub(R a, R b) { return P##sub_##S(a, b); }                                     \
+    inline R div(R a, R b) { return P##div_##S(a, b); }                                     \
+    /* a * b + c with one rounding */                                                       \
+    inline R fma(R a, R b, R c) { return P##fmadd_##S(a, b, c); }                           \
+    /* even lanes a * b - c, odd lanes a * b + c, each with one rounding */                 \
+    inline R fmaddsub(R a, R b, R c) { return P##fmaddsub_##S(a, b, c); }                   \
+    /* even lanes a - b, odd lanes a + b */                                                 \
+    inline R addsub(R a, R b) { return P##addsub_##S(a, b); }                               \
+    /* processor maximum: the second operand unless the first compares greater */           \
+    inline R max(R a, R b) { return P##max_##S(a, b); }                                     \
+    /* sign-bit flip (not 0 - x, which would turn -0 into +0 and touch NaNs) */             \
+    inline R neg(R a) { return P##xor_##S(a, P##set1_##S(-0.0)); }                          \
+    inline R zero(R) { return P##setzero_##S(); }
+ZET_SIMD_EACH(ZET_SIMD_ARITH)
+#undef ZET_SIMD_ARITH
 
-// Sign-bit flip (not 0 - x: that would turn -0 into +0 and touch NaNs).
-inline __m256 neg(__m256 a) { return _mm256_xor_ps(a, _mm256_set1_ps(-0.0f)); }
-inline __m128 neg(__m128 a) { return _mm_xor_ps(a, _mm_set1_ps(-0.0f)); }
-inline __m256d neg(__m256d a) { return _mm256_xor_pd(a, _mm256_set1_pd(-0.0)); }
-inline __m128d neg(__m128d a) { return _mm_xor_pd(a, _mm_set1_pd(-0.0)); }
+// ---- interleaved complex pairs {re, im} -------------------------------------
+// dupRe: {re, re}, dupIm: {im, im}, swap: {im, re}, oddFrom(a, b): the real
+// lanes of a with the imaginary lanes of b.
+inline __m256 dupRe(__m256 a) { return _mm256_moveldup_ps(a); }
+inline __m128 dupRe(__m128 a) { return _mm_moveldup_ps(a); }
+inline __m256d dupRe(__m256d a) { return _mm256_movedup_pd(a); }
+inline __m128d dupRe(__m128d a) { return _mm_movedup_pd(a); }
+inline __m256 dupIm(__m256 a) { return _mm256_movehdup_ps(a); }
+inline __m128 dupIm(__m128 a) { return _mm_movehdup_ps(a); }
+inline __m256d dupIm(__m256d a) { return _mm256_permute_pd(a, 0xF); }
+inline __m128d dupIm(__m128d a) { return _mm_permute_pd(a, 0x3); }
+inline __m256 swap(__m256 a) { return _mm256_permute_ps(a, 0xB1); }
+inline __m128 swap(__m128 a) { return _mm_permute_ps(a, 0xB1); }
+inline __m256d swap(__m256d a) { return _mm256_permute_pd(a, 0x5); }
+inline __m128d swap(__m128d a) { return _mm_permute_pd(a, 0x1); }
+inline __m256 oddFrom(__m256 a, __m256 b) { return _mm256_blend_ps(a, b, 0xAA); }
+inline __m128 oddFrom(__m128 a, __m128 b) { return _mm_blend_ps(a, b, 0xA); }
+inline __m256d oddFrom(__m256d a, __m256d b) { return _mm256_blend_pd(a, b, 0xA); }
+inline __m128d oddFrom(__m128d a, __m128d b) { return _mm_blend_pd(a, b, 0x2); }
+
+// A constant prepared as a wide register, narrowed to the register type at hand.
+template <class V> inline V fit(__m256 c) {
+    if constexpr (std::is_same_v<V, __m256>) return c;
+    else return _mm256_castps256_ps128(c);
+}
+template <class V> inline V fit(__m256d c) {
+    if constexpr (std::is_same_v<V, __m256d>) return c;
+    else return _mm256_castpd256_pd128(c);
+}
 
 // ---- raw bytes --------------------------------------------------------------
 inline __m256i loadBytes32(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
