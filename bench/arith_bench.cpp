@@ -1,12 +1,23 @@
-// Add_32f against VOLK's kernel and against the loop a user would write.
+// Element-wise arithmetic against VOLK and against the loop a user would write.
+//
+// Each operation runs twice against VOLK: through VOLK's dispatcher (which
+// picks AVX-512 kernels where the machine has them, wider than this AVX2
+// build) and against VOLK's 256-bit kernel called directly, the like-for-like
+// comparison. The buffers are 64-byte aligned, as VOLK's aligned kernels need.
 #include "bench_util.hpp"
 
 #include <volk/volk.h>
-// VOLK's kernels are header code; this brings in its 256-bit kernel to call
-// directly, without the dispatcher.
-#define LV_HAVE_AVX
+#define LV_HAVE_AVX 1
+#define LV_HAVE_FMA 1
+#define LV_HAVE_AVX2 1
+#include <volk/volk_32f_s32f_multiply_32f.h>
 #include <volk/volk_32f_x2_add_32f.h>
+#include <volk/volk_32f_x2_multiply_32f.h>
+#include <volk/volk_32f_x2_subtract_32f.h>
+#include <volk/volk_32fc_s32fc_multiply_32fc.h>
+#include <volk/volk_32fc_x2_multiply_32fc.h>
 
+#include <cmath>
 #include <cstring>
 #include <random>
 
@@ -14,75 +25,71 @@ namespace {
 
 using zetbench::Buffer;
 
-// The plain loop, built with the project's flags. Kept out of line so it is
-// compiled for an unknown length, as it would be in user code.
-[[gnu::noinline, gnu::noclone]] void plain_add(const float* a, const float* b, float* c, int n) {
-  for (int i = 0; i < n; ++i) c[i] = a[i] + b[i];
-}
-
-// 1 Ki elements sits in L1, 64 Ki in L2, 4 Mi streams from memory.
+// 1 Ki elements sit in L1, 64 Ki in L2, 4 Mi stream from memory.
 void element_counts(benchmark::internal::Benchmark* b) {
   for (long n : {1L << 10, 64L << 10, 4L << 20}) b->Arg(n);
   b->UseManualTime();
 }
 
-// Peer is called as peer(c, a, b, n) and must compute c = a + b.
-template <class Peer>
-void add_vs(benchmark::State& state, const char* peer_name, Peer peer) {
+// The plain loop, built with the project's flags and kept out of line so it
+// is compiled for an unknown length, as it would be in user code.
+[[gnu::noinline, gnu::noclone]] void plain_add(const float* a, const float* b, float* c, int n) {
+  for (int i = 0; i < n; ++i) c[i] = a[i] + b[i];
+}
+
+// Runs ours(a, b, c, n) and peer(a, b, c, n) on the same n-element vectors
+// (complex: 2n floats each), after checking that both compute the same
+// values (to a relative 1e-6: complex products may round differently).
+template <int kParts, class Ours, class Peer>
+void versus(benchmark::State& state, Ours ours, Peer peer) {
   const int n = static_cast<int>(state.range(0));
-  const std::size_t bytes = static_cast<std::size_t>(n) * sizeof(float);
-  Buffer ba(bytes), bb(bytes), bc(bytes), bref(bytes);
+  const std::size_t floats = static_cast<std::size_t>(n) * kParts;
+  Buffer ba(floats * 4), bb(floats * 4), bc(floats * 4), bref(floats * 4);
   if (!ba || !bb || !bc || !bref) return state.SkipWithError("out of memory");
-  float* a = ba.as<float>();
-  float* b = bb.as<float>();
-  float* c = bc.as<float>();
-  float* ref = bref.as<float>();
-
+  float *a = ba.as<float>(), *b = bb.as<float>(), *c = bc.as<float>(), *ref = bref.as<float>();
   std::mt19937 rng(12345);
-  std::uniform_real_distribution<float> dist(-1.0f, 1.0f);
-  for (int i = 0; i < n; ++i) {
-    a[i] = dist(rng);
-    b[i] = dist(rng);
-  }
-  plain_add(a, b, ref, n);
+  std::uniform_real_distribution<float> dist(0.5f, 2.0f);
+  for (std::size_t i = 0; i < floats; ++i) a[i] = dist(rng), b[i] = dist(rng);
 
-  // A single rounded add per element: every correct implementation agrees bit for bit.
-  if (zetsAdd_32f(a, b, c, n) != zetStsOk || std::memcmp(c, ref, bytes) != 0)
-    return state.SkipWithError("zetsAdd_32f gave a wrong result");
-  std::memset(c, 0, bytes);
-  peer(c, a, b, n);
-  if (std::memcmp(c, ref, bytes) != 0) return state.SkipWithError(peer_name);
+  ours(a, b, ref, n);
+  peer(a, b, c, n);
+  for (std::size_t i = 0; i < floats; ++i)
+    if (std::fabs(c[i] - ref[i]) > 1e-6f * std::fabs(ref[i]))
+      return state.SkipWithError("ours and the peer disagree");
 
-  zetbench::compare(
-      state, 3.0 * static_cast<double>(bytes),
-      [&] { zetsAdd_32f(a, b, c, n); },
-      [&] { peer(c, a, b, n); });
+  zetbench::compare(state, 3.0 * 4.0 * static_cast<double>(floats), [&] { ours(a, b, c, n); },
+                    [&] { peer(a, b, c, n); });
 }
 
-void Add_32f_vs_volk(benchmark::State& state) {
-  add_vs(state, "volk_32f_x2_add_32f gave a wrong result",
-         [](float* c, const float* a, const float* b, int n) {
-           volk_32f_x2_add_32f(c, a, b, static_cast<unsigned>(n));
-         });
-}
+using F = float;
+using C = lv_32fc_t;
+C* cx(float* p) { return reinterpret_cast<C*>(p); }
+Zet32fc* zc(float* p) { return reinterpret_cast<Zet32fc*>(p); }
+const unsigned kU = 1;  // VOLK takes unsigned counts
 
-// On a machine with wider vectors than this build targets, VOLK's dispatcher
-// picks an AVX-512 kernel; this calls VOLK's 256-bit kernel for a
-// like-for-like comparison (the buffers are 64-byte aligned, as it needs).
-void Add_32f_vs_volk_avx(benchmark::State& state) {
-  add_vs(state, "volk_32f_x2_add_32f a_avx gave a wrong result",
-         [](float* c, const float* a, const float* b, int n) {
-           volk_32f_x2_add_32f_a_avx(c, a, b, static_cast<unsigned>(n));
-         });
-}
+auto ourAdd = [](F* a, F* b, F* c, int n) { zetsAdd_32f(b, a, c, n); };
+auto ourSub = [](F* a, F* b, F* c, int n) { zetsSub_32f(b, a, c, n); };  // a - b, as VOLK computes
+auto ourMul = [](F* a, F* b, F* c, int n) { zetsMul_32f(b, a, c, n); };
+auto ourMulC = [](F* a, F*, F* c, int n) { zetsMulC_32f(a, 1.5f, c, n); };
+auto ourCMul = [](F* a, F* b, F* c, int n) { zetsMul_32fc(zc(a), zc(b), zc(c), n); };
+auto ourCMulC = [](F* a, F*, F* c, int n) { zetsMulC_32fc(zc(a), Zet32fc{1.5f, -0.5f}, zc(c), n); };
 
-void Add_32f_vs_loop(benchmark::State& state) {
-  add_vs(state, "the plain loop gave a wrong result",
-         [](float* c, const float* a, const float* b, int n) { plain_add(a, b, c, n); });
-}
+#define VS(NAME, PARTS, OURS, PEER)                                                            \
+  void NAME(benchmark::State& state) { versus<PARTS>(state, OURS, [](F* a, F* b, F* c, int n) { PEER; }); } \
+  BENCHMARK(NAME)->Apply(element_counts);
+
+VS(Add_32f_vs_volk, 1, ourAdd, volk_32f_x2_add_32f(c, a, b, n * kU))
+VS(Add_32f_vs_volk_avx, 1, ourAdd, volk_32f_x2_add_32f_a_avx(c, a, b, n * kU))
+VS(Add_32f_vs_loop, 1, ourAdd, plain_add(a, b, c, n))
+VS(Sub_32f_vs_volk, 1, ourSub, volk_32f_x2_subtract_32f(c, a, b, n * kU))
+VS(Sub_32f_vs_volk_avx, 1, ourSub, volk_32f_x2_subtract_32f_a_avx(c, a, b, n * kU))
+VS(Mul_32f_vs_volk, 1, ourMul, volk_32f_x2_multiply_32f(c, a, b, n * kU))
+VS(Mul_32f_vs_volk_avx, 1, ourMul, volk_32f_x2_multiply_32f_a_avx(c, a, b, n * kU))
+VS(MulC_32f_vs_volk, 1, ourMulC, (void)b; volk_32f_s32f_multiply_32f(c, a, 1.5f, n * kU))
+VS(MulC_32f_vs_volk_avx, 1, ourMulC, (void)b; volk_32f_s32f_multiply_32f_a_avx(c, a, 1.5f, n * kU))
+VS(Mul_32fc_vs_volk, 2, ourCMul, volk_32fc_x2_multiply_32fc(cx(c), cx(a), cx(b), n * kU))
+VS(Mul_32fc_vs_volk_avx, 2, ourCMul, volk_32fc_x2_multiply_32fc_a_avx2_fma(cx(c), cx(a), cx(b), n * kU))
+VS(MulC_32fc_vs_volk, 2, ourCMulC, (void)b; volk_32fc_s32fc_multiply_32fc(cx(c), cx(a), C(1.5f, -0.5f), n * kU))
+VS(MulC_32fc_vs_volk_avx, 2, ourCMulC, (void)b; volk_32fc_s32fc_multiply_32fc_a_avx_fma(cx(c), cx(a), C(1.5f, -0.5f), n * kU))
 
 }  // namespace
-
-BENCHMARK(Add_32f_vs_volk)->Apply(element_counts);
-BENCHMARK(Add_32f_vs_volk_avx)->Apply(element_counts);
-BENCHMARK(Add_32f_vs_loop)->Apply(element_counts);
