@@ -474,6 +474,151 @@ ZETAPI ZetStatus zetsAddProductC_64f(const Zet64f* pSrc, Zet64f val, Zet64f* pSr
 ZETAPI ZetStatus zetsAddProductC_32fc(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pSrcDst, int len);
 ZETAPI ZetStatus zetsAddProductC_64fc(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pSrcDst, int len);
 
+/* ==== Integer arithmetic with scale factors =============================
+ * _Sfs: the exact result s times 2^-scale, rounded to nearest with ties to
+ * even, saturated to the destination type. scale > 0 divides, < 0 multiplies;
+ * any value is accepted. Sub: src2 - src1, SubC: src - val, SubCRev: val - src.
+ * Complex Mul/MulC/Sqr: re = a.re*b.re - a.im*b.im, im = a.re*b.im + a.im*b.re
+ * exactly, then the rule per part. Complex Add/Sub check the length first. */
+ZETAPI ZetStatus zetsAdd_8u_Sfs(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_8u_ISfs(const Zet8u* pSrc, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_16u_Sfs(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_16u_ISfs(const Zet16u* pSrc, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_16s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_16s_ISfs(const Zet16s* pSrc, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_32s_Sfs(const Zet32s* pSrc1, const Zet32s* pSrc2, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_32s_ISfs(const Zet32s* pSrc, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_16sc_Sfs(const Zet16sc* pSrc1, const Zet16sc* pSrc2, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_16sc_ISfs(const Zet16sc* pSrc, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_32sc_Sfs(const Zet32sc* pSrc1, const Zet32sc* pSrc2, Zet32sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAdd_32sc_ISfs(const Zet32sc* pSrc, Zet32sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_8u_Sfs(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_8u_ISfs(const Zet8u* pSrc, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_16u_Sfs(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_16u_ISfs(const Zet16u* pSrc, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_16s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_16s_ISfs(const Zet16s* pSrc, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_32s_Sfs(const Zet32s* pSrc1, const Zet32s* pSrc2, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_32s_ISfs(const Zet32s* pSrc, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_16sc_Sfs(const Zet16sc* pSrc1, const Zet16sc* pSrc2, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_16sc_ISfs(const Zet16sc* pSrc, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_32sc_Sfs(const Zet32sc* pSrc1, const Zet32sc* pSrc2, Zet32sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSub_32sc_ISfs(const Zet32sc* pSrc, Zet32sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_8u_Sfs(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_8u_ISfs(const Zet8u* pSrc, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_16u_Sfs(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_16u_ISfs(const Zet16u* pSrc, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_16s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_16s_ISfs(const Zet16s* pSrc, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_32s_Sfs(const Zet32s* pSrc1, const Zet32s* pSrc2, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_32s_ISfs(const Zet32s* pSrc, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_16sc_Sfs(const Zet16sc* pSrc1, const Zet16sc* pSrc2, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_16sc_ISfs(const Zet16sc* pSrc, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_32sc_Sfs(const Zet32sc* pSrc1, const Zet32sc* pSrc2, Zet32sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_32sc_ISfs(const Zet32sc* pSrc, Zet32sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_8u_Sfs(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_8u_ISfs(Zet8u val, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_16u_Sfs(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_16u_ISfs(Zet16u val, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_16s_Sfs(const Zet16s* pSrc, Zet16s val, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_16s_ISfs(Zet16s val, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_32s_Sfs(const Zet32s* pSrc, Zet32s val, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_32s_ISfs(Zet32s val, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_16sc_Sfs(const Zet16sc* pSrc, Zet16sc val, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_16sc_ISfs(Zet16sc val, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_32sc_Sfs(const Zet32sc* pSrc, Zet32sc val, Zet32sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_32sc_ISfs(Zet32sc val, Zet32sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_8u_Sfs(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_8u_ISfs(Zet8u val, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_16u_Sfs(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_16u_ISfs(Zet16u val, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_16s_Sfs(const Zet16s* pSrc, Zet16s val, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_16s_ISfs(Zet16s val, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_32s_Sfs(const Zet32s* pSrc, Zet32s val, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_32s_ISfs(Zet32s val, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_16sc_Sfs(const Zet16sc* pSrc, Zet16sc val, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_16sc_ISfs(Zet16sc val, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_32sc_Sfs(const Zet32sc* pSrc, Zet32sc val, Zet32sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubC_32sc_ISfs(Zet32sc val, Zet32sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_8u_Sfs(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_8u_ISfs(Zet8u val, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_16u_Sfs(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_16u_ISfs(Zet16u val, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_16s_Sfs(const Zet16s* pSrc, Zet16s val, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_16s_ISfs(Zet16s val, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_32s_Sfs(const Zet32s* pSrc, Zet32s val, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_32s_ISfs(Zet32s val, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_16sc_Sfs(const Zet16sc* pSrc, Zet16sc val, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_16sc_ISfs(Zet16sc val, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_32sc_Sfs(const Zet32sc* pSrc, Zet32sc val, Zet32sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSubCRev_32sc_ISfs(Zet32sc val, Zet32sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_8u_Sfs(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_8u_ISfs(Zet8u val, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_16u_Sfs(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_16u_ISfs(Zet16u val, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_16s_Sfs(const Zet16s* pSrc, Zet16s val, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_16s_ISfs(Zet16s val, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_32s_Sfs(const Zet32s* pSrc, Zet32s val, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_32s_ISfs(Zet32s val, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_16sc_Sfs(const Zet16sc* pSrc, Zet16sc val, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_16sc_ISfs(Zet16sc val, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_32sc_Sfs(const Zet32sc* pSrc, Zet32sc val, Zet32sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_32sc_ISfs(Zet32sc val, Zet32sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_8u_Sfs(const Zet8u* pSrc, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_8u_ISfs(Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_16u_Sfs(const Zet16u* pSrc, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_16u_ISfs(Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_16s_Sfs(const Zet16s* pSrc, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_16s_ISfs(Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_16sc_Sfs(const Zet16sc* pSrc, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsSqr_16sc_ISfs(Zet16sc* pSrcDst, int len, int scale);
+/* srcDst = rule(srcDst + src1 * src2). */
+ZETAPI ZetStatus zetsAddProduct_16s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddProduct_32s_Sfs(const Zet32s* pSrc1, const Zet32s* pSrc2, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsAddProduct_16s32s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet32s* pSrcDst, int len, int scale);
+/* 64-bit members of the rule, exact in 128 bits. */
+ZETAPI ZetStatus zetsAdd_64s_Sfs(const Zet64s* pSrc1, const Zet64s* pSrc2, Zet64s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_64s_Sfs(const Zet64s* pSrc, Zet64s val, Zet64s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsAddC_64u_Sfs(const Zet64u* pSrc, Zet64u val, Zet64u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_64s_ISfs(Zet64s val, Zet64s* pSrcDst, int len, int scale);
+/* 64-bit length; a constant of 0 zeroes in large blocks. */
+ZETAPI ZetStatus zetsMulC_32s_Sfs_L(const Zet32s* pSrc, Zet32s val, Zet32s* pDst, long long len, int scale);
+ZETAPI ZetStatus zetsMulC_32s_ISfs_L(Zet32s val, Zet32s* pSrcDst, long long len, int scale);
+/* Unscaled: the _Sfs form with scale 0 (saturating). */
+ZETAPI ZetStatus zetsAdd_16s(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsAdd_16s_I(const Zet16s* pSrc, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsSub_16s(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsSub_16s_I(const Zet16s* pSrc, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsMul_16s(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsMul_16s_I(const Zet16s* pSrc, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsAddC_16s_I(Zet16s val, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsSubC_16s_I(Zet16s val, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulC_16s_I(Zet16s val, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsAdd_16u(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len);
+/* Saturating unsigned 32-bit addition: a + min(~a, b). */
+ZETAPI ZetStatus zetsAdd_32u(const Zet32u* pSrc1, const Zet32u* pSrc2, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsAdd_32u_I(const Zet32u* pSrc, Zet32u* pSrcDst, int len);
+/* Widening forms: exact results, no overflow; the 32f forms convert by the current rounding mode. */
+ZETAPI ZetStatus zetsAdd_8u16u(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsMul_8u16u(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsAdd_16s32f(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsSub_16s32f(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMul_16s32f(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet32f* pDst, int len);
+/* srcDst (32 bits) + src (16 bits), saturated. */
+ZETAPI ZetStatus zetsAdd_16s32s_I(const Zet16s* pSrc, Zet32s* pSrcDst, int len);
+ZETAPI ZetStatus zetsMul_16s32s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMul_16u16s_Sfs(const Zet16u* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len, int scale);
+/* Floating constants to integers: (src * val) * 2^-scale rounded by the current
+ * rounding mode and saturated; a NaN gives the minimum. MulC_Low is the scale-0 form. */
+ZETAPI ZetStatus zetsMulC_32f16s_Sfs(const Zet32f* pSrc, Zet32f val, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsMulC_Low_32f16s(const Zet32f* pSrc, Zet32f val, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsMulC_64f64s_ISfs(Zet64f val, Zet64s* pSrcDst, int len, int scale);
+/* Saturating absolute value: the minimum of the type gives the maximum. */
+ZETAPI ZetStatus zetsAbs_16s(const Zet16s* pSrc, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsAbs_16s_I(Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsAbs_32s(const Zet32s* pSrc, Zet32s* pDst, int len);
+ZETAPI ZetStatus zetsAbs_32s_I(Zet32s* pSrcDst, int len);
+
 #ifdef __cplusplus
 }
 #endif

@@ -22,6 +22,7 @@ ZetStatus copy8u(const void* src, void* dst, int len) {
 // pieces of 0x7FFFFFE0 bytes while a whole 2 GiB or more remains.
 template <std::size_t E>
 ZetStatus copyElems(const void* src, void* dst, int len) {
+    if constexpr (E == 1) return copy8u(src, dst, len);
     if (auto st = checkArgs(len, src, dst)) return st;
     const auto* s = static_cast<const u8*>(src);
     auto* d = static_cast<u8*>(dst);
@@ -61,6 +62,7 @@ ZetStatus moveElems(const void* src, void* dst, int len) {
     return move8u(src, dst, static_cast<int>(static_cast<std::uint32_t>(len) * static_cast<std::uint32_t>(E)));
 }
 
+template ZetStatus copyElems<1>(const void*, void*, int);
 template ZetStatus copyElems<2>(const void*, void*, int);
 template ZetStatus copyElems<4>(const void*, void*, int);
 template ZetStatus copyElems<8>(const void*, void*, int);

@@ -28,6 +28,7 @@ ZetStatus zero8u(void* dst, int len) {
 // for such sizes.
 template <std::size_t E>
 ZetStatus zeroElems(void* dst, int len) {
+    if constexpr (E == 1) return zero8u(dst, len);
     if (auto st = checkArgs(len, dst)) return st;
     auto* d = static_cast<u8*>(dst);
     const std::uint32_t bytes = static_cast<std::uint32_t>(len) * static_cast<std::uint32_t>(E);
@@ -86,6 +87,7 @@ ZetStatus setElems(__m256i v, void* dst, int len) {
     return zetStsOk;
 }
 
+template ZetStatus zeroElems<1>(void*, int);
 template ZetStatus zeroElems<2>(void*, int);
 template ZetStatus zeroElems<4>(void*, int);
 template ZetStatus zeroElems<8>(void*, int);
