@@ -12,6 +12,7 @@
 #define LV_HAVE_AVX2 1
 #include <volk/volk_32f_s32f_multiply_32f.h>
 #include <volk/volk_32f_x2_add_32f.h>
+#include <volk/volk_32f_x2_divide_32f.h>
 #include <volk/volk_32f_x2_multiply_32f.h>
 #include <volk/volk_32f_x2_subtract_32f.h>
 #include <volk/volk_32fc_s32fc_multiply_32fc.h>
@@ -71,6 +72,7 @@ auto ourAdd = [](F* a, F* b, F* c, int n) { zetsAdd_32f(b, a, c, n); };
 auto ourSub = [](F* a, F* b, F* c, int n) { zetsSub_32f(b, a, c, n); };  // a - b, as VOLK computes
 auto ourMul = [](F* a, F* b, F* c, int n) { zetsMul_32f(b, a, c, n); };
 auto ourMulC = [](F* a, F*, F* c, int n) { zetsMulC_32f(a, 1.5f, c, n); };
+auto ourDiv = [](F* a, F* b, F* c, int n) { zetsDiv_32f(b, a, c, n); };  // a / b, as VOLK computes
 auto ourCMul = [](F* a, F* b, F* c, int n) { zetsMul_32fc(zc(a), zc(b), zc(c), n); };
 auto ourCMulC = [](F* a, F*, F* c, int n) { zetsMulC_32fc(zc(a), Zet32fc{1.5f, -0.5f}, zc(c), n); };
 
@@ -87,6 +89,8 @@ VS(Mul_32f_vs_volk, 1, ourMul, volk_32f_x2_multiply_32f(c, a, b, n * kU))
 VS(Mul_32f_vs_volk_avx, 1, ourMul, volk_32f_x2_multiply_32f_a_avx(c, a, b, n * kU))
 VS(MulC_32f_vs_volk, 1, ourMulC, (void)b; volk_32f_s32f_multiply_32f(c, a, 1.5f, n * kU))
 VS(MulC_32f_vs_volk_avx, 1, ourMulC, (void)b; volk_32f_s32f_multiply_32f_a_avx(c, a, 1.5f, n * kU))
+VS(Div_32f_vs_volk, 1, ourDiv, volk_32f_x2_divide_32f(c, a, b, n * kU))
+VS(Div_32f_vs_volk_avx, 1, ourDiv, volk_32f_x2_divide_32f_a_avx(c, a, b, n * kU))
 VS(Mul_32fc_vs_volk, 2, ourCMul, volk_32fc_x2_multiply_32fc(cx(c), cx(a), cx(b), n * kU))
 VS(Mul_32fc_vs_volk_avx, 2, ourCMul, volk_32fc_x2_multiply_32fc_a_avx2_fma(cx(c), cx(a), cx(b), n * kU))
 VS(MulC_32fc_vs_volk, 2, ourCMulC, (void)b; volk_32fc_s32fc_multiply_32fc(cx(c), cx(a), C(1.5f, -0.5f), n * kU))

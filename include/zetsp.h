@@ -619,6 +619,87 @@ ZETAPI ZetStatus zetsAbs_16s_I(Zet16s* pSrcDst, int len);
 ZETAPI ZetStatus zetsAbs_32s(const Zet32s* pSrc, Zet32s* pDst, int len);
 ZETAPI ZetStatus zetsAbs_32s_I(Zet32s* pSrcDst, int len);
 
+/* ==== Division ==========================================================
+ * Div: src2 / src1 (the first vector is the divisor), correctly rounded for
+ * real types; complex: (b * conj(a)) / |a|^2 (32fc computed in double). A zero
+ * divisor gives the IEEE value (inf or NaN; complex: each part of b over 0) and
+ * zetStsDivByZeroWarn after all elements are written; the _L forms return the
+ * status of their last chunk. DivC: src * (1/val), the reciprocal rounded once
+ * and passed to MulC (so its special constants apply); a zero val is
+ * zetStsDivByZeroErr with nothing written. DivCRev: val / src[i]. */
+ZETAPI ZetStatus zetsDiv_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsDiv_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsDiv_32f_L(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsDiv_32f_I_L(const Zet32f* pSrc, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDiv_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsDiv_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsDiv_64f_L(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsDiv_64f_I_L(const Zet64f* pSrc, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDiv_32fc(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsDiv_32fc_I(const Zet32fc* pSrc, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsDiv_32fc_L(const Zet32fc* pSrc1, const Zet32fc* pSrc2, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsDiv_32fc_I_L(const Zet32fc* pSrc, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDiv_64fc(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsDiv_64fc_I(const Zet64fc* pSrc, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsDiv_64fc_L(const Zet64fc* pSrc1, const Zet64fc* pSrc2, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsDiv_64fc_I_L(const Zet64fc* pSrc, Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDivC_32f(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsDivC_32f_I(Zet32f val, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsDivC_32f_L(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsDivC_32f_I_L(Zet32f val, Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDivC_64f(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsDivC_64f_I(Zet64f val, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsDivC_64f_L(const Zet64f* pSrc, Zet64f val, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsDivC_64f_I_L(Zet64f val, Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDivC_32fc(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsDivC_32fc_I(Zet32fc val, Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsDivC_32fc_L(const Zet32fc* pSrc, Zet32fc val, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsDivC_32fc_I_L(Zet32fc val, Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDivC_64fc(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsDivC_64fc_I(Zet64fc val, Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsDivC_64fc_L(const Zet64fc* pSrc, Zet64fc val, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsDivC_64fc_I_L(Zet64fc val, Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsDivCRev_32f(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsDivCRev_32f_I(Zet32f val, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsDivCRev_32f_L(const Zet32f* pSrc, Zet32f val, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsDivCRev_32f_I_L(Zet32f val, Zet32f* pSrcDst, long long len);
+/* Integer division: the exact quotient times 2^-scale, rounded half to even
+ * (Div_Round: by the ZetRoundMode, and zetStsRoundModeValueErr for a mode
+ * outside 0..2 after the pointer and length checks), saturated. A zero divisor
+ * gives the maximum for a positive dividend, the minimum for a negative one,
+ * 0 for 0 (complex: per part of the dividend) and zetStsDivByZeroWarn.
+ * Div_32s16s: a 32s dividend (src2) over a 16s divisor (src1) to 16s. */
+ZETAPI ZetStatus zetsDiv_8u_Sfs(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_8u_ISfs(const Zet8u* pSrc, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_16u_Sfs(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_16u_ISfs(const Zet16u* pSrc, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_16s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_16s_ISfs(const Zet16s* pSrc, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_16sc_Sfs(const Zet16sc* pSrc1, const Zet16sc* pSrc2, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_16sc_ISfs(const Zet16sc* pSrc, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_32s_Sfs(const Zet32s* pSrc1, const Zet32s* pSrc2, Zet32s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_32s_ISfs(const Zet32s* pSrc, Zet32s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_32s16s_Sfs(const Zet16s* pSrc1, const Zet32s* pSrc2, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDiv_Round_8u_Sfs(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsDiv_Round_8u_ISfs(const Zet8u* pSrc, Zet8u* pSrcDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsDiv_Round_16u_Sfs(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsDiv_Round_16u_ISfs(const Zet16u* pSrc, Zet16u* pSrcDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsDiv_Round_16s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, Zet16s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsDiv_Round_16s_ISfs(const Zet16s* pSrc, Zet16s* pSrcDst, int len, ZetRoundMode rndMode, int scale);
+/* A zero val is zetStsDivByZeroErr; DivC_64s_ISfs treats it as a zero divisor (warning). */
+ZETAPI ZetStatus zetsDivC_8u_Sfs(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_8u_ISfs(Zet8u val, Zet8u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_16u_Sfs(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_16u_ISfs(Zet16u val, Zet16u* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_16s_Sfs(const Zet16s* pSrc, Zet16s val, Zet16s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_16s_ISfs(Zet16s val, Zet16s* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_16sc_Sfs(const Zet16sc* pSrc, Zet16sc val, Zet16sc* pDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_16sc_ISfs(Zet16sc val, Zet16sc* pSrcDst, int len, int scale);
+ZETAPI ZetStatus zetsDivC_64s_ISfs(Zet64s val, Zet64s* pSrcDst, int len, int scale);
+/* val / src[i], rounded half to even; zero elements warn. */
+ZETAPI ZetStatus zetsDivCRev_16u(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsDivCRev_16u_I(Zet16u val, Zet16u* pSrcDst, int len);
+
 #ifdef __cplusplus
 }
 #endif

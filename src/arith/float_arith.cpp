@@ -1,10 +1,12 @@
-// Floating-point element-wise arithmetic on 32f, 64f, 32fc and 64fc vectors.
+// Floating-point element-wise arithmetic and division on 32f, 64f, 32fc and
+// 64fc vectors.
 //
 // One implementation per operation, templated on the element type; complex
 // Add and Sub are the real forms at twice the length. The special constants
 // (0 and 1 turning into a copy, a zeroing or an immediate return) go through
 // the Copy and Zero implementations so that their statuses and limits apply.
 #include <algorithm>
+#include <cmath>
 #include <type_traits>
 
 #include "arith/float_ops.hpp"
@@ -274,6 +276,77 @@ ZetStatus mulRealComplex(const float* a, const Zet32fc* b, Zet32fc* d, int len) 
     return zetStsOk;
 }
 
+// ---- division -------------------------------------------------------------------
+// Vector division is the processor's correctly rounded division; a zero
+// divisor gives the IEEE result (an infinity, or NaN for 0/0) and turns the
+// status into zetStsDivByZeroWarn once every element is written.
+template <class C>
+C complexQuotient(C a, C b, bool& zero) {  // b / a
+    if (a.re == 0 && a.im == 0) {
+        zero = true;
+        return {b.re / a.re, b.im / a.re};  // part by part over a zero: +-inf or NaN
+    }
+    if constexpr (std::is_same_v<C, Zet32fc>) {
+        // In double, where neither |a|^2 nor the numerators can overflow or lose bits.
+        const double ar = a.re, ai = a.im, br = b.re, bi = b.im, den = ar * ar + ai * ai;
+        return {static_cast<float>((br * ar + bi * ai) / den), static_cast<float>((bi * ar - br * ai) / den)};
+    } else {
+        // Smith's ordering keeps the intermediate values in range.
+        if (std::fabs(a.re) >= std::fabs(a.im)) {
+            const double t = a.im / a.re, den = a.re + a.im * t;
+            return {(b.re + b.im * t) / den, (b.im - b.re * t) / den};
+        }
+        const double t = a.re / a.im, den = a.re * t + a.im;
+        return {(b.re * t + b.im) / den, (b.im * t - b.re) / den};
+    }
+}
+
+template <class E>
+ZetStatus divide(const E* a, const E* b, E* d, int len) {
+    if (auto st = checkArgs(len, a, b, d)) return st;
+    bool zero = false;
+    if constexpr (kComplex<E>) {
+        for (long long i = 0; i < len; ++i) d[i] = complexQuotient(a[i], b[i], zero);
+    } else {
+        int lanes = 0;
+        loops::map(d, len, [&lanes](auto x, auto y) { lanes |= zeroLanes(x); return simd::div(y, x); }, a, b);
+        zero = lanes != 0;
+    }
+    return zero ? zetStsDivByZeroWarn : zetStsOk;
+}
+
+// val / src[i], with the same warning for zero elements.
+template <bool, class E>
+ZetStatus divCRev(const E* s, E val, E* d, int len) {
+    if (auto st = checkArgs(len, s, d)) return st;
+    int lanes = 0;
+    const Wide<E> c = wide(val);
+    loops::map(d, len, [&lanes, c](auto x) { lanes |= zeroLanes(x); return simd::div(fit<decltype(x)>(c), x); }, s);
+    return lanes ? zetStsDivByZeroWarn : zetStsOk;
+}
+
+// Division by a constant multiplies by its reciprocal, rounded once in the
+// element's precision, through MulC: the result is not the correctly rounded
+// quotient, and MulC's special constants apply to the reciprocal.
+template <class E> E reciprocal(E v) {
+    if constexpr (kComplex<E>) {
+        bool unused = false;
+        return complexQuotient(v, E{1, 0}, unused);
+    } else {
+        return E(1) / v;
+    }
+}
+template <bool InPlace, class E>
+ZetStatus divC(const E* s, E val, E* d, int len) {
+    if (auto st = checkArgs(len, s, d)) return st;
+    if constexpr (kComplex<E>) {
+        if (val.re == 0 && val.im == 0) return zetStsDivByZeroErr;
+    } else {
+        if (val == 0) return zetStsDivByZeroErr;
+    }
+    return mulC<InPlace>(s, reciprocal(val), d, len);
+}
+
 }  // namespace
 }  // namespace zet::arith
 
@@ -331,10 +404,19 @@ template <bool, class E> ZetStatus subCRevForm(const E* s, E v, E* d, int len) {
     ZetStatus zetsAddProduct_##T(const Zet##T* a, const Zet##T* b, Zet##T* sd, int len) { return addProduct(a, b, sd, len); } \
     ZetStatus zetsAddProductC_##T(const Zet##T* a, Zet##T v, Zet##T* sd, int len) { return addProductC(a, v, sd, len); }
 
+#define ZET_DIVISION(T)          \
+    ZET_TWO_VECTORS(Div, T, divide) \
+    ZET_CONSTANT(DivC, T, divC)
+
 ZET_FLOAT_FAMILY(32f)
 ZET_FLOAT_FAMILY(64f)
 ZET_FLOAT_FAMILY(32fc)
 ZET_FLOAT_FAMILY(64fc)
+ZET_DIVISION(32f)
+ZET_DIVISION(64f)
+ZET_DIVISION(32fc)
+ZET_DIVISION(64fc)
+ZET_CONSTANT(DivCRev, 32f, divCRev)
 ZET_ONE_VECTOR(Abs, 32f, abs)
 ZET_ONE_VECTOR(Abs, 64f, abs)
 

@@ -59,6 +59,12 @@ ZET_SIMD_ORDERED(mul, "vmulpd", __m128d)
 ZET_SIMD_EACH(ZET_SIMD_ARITH)
 #undef ZET_SIMD_ARITH
 
+// Bit mask of the lanes equal to zero (-0 included, NaN not).
+inline int zeroLanes(__m256 a) { return _mm256_movemask_ps(_mm256_cmp_ps(a, _mm256_setzero_ps(), _CMP_EQ_OQ)); }
+inline int zeroLanes(__m128 a) { return _mm_movemask_ps(_mm_cmp_ps(a, _mm_setzero_ps(), _CMP_EQ_OQ)); }
+inline int zeroLanes(__m256d a) { return _mm256_movemask_pd(_mm256_cmp_pd(a, _mm256_setzero_pd(), _CMP_EQ_OQ)); }
+inline int zeroLanes(__m128d a) { return _mm_movemask_pd(_mm_cmp_pd(a, _mm_setzero_pd(), _CMP_EQ_OQ)); }
+
 // ---- interleaved complex pairs {re, im} -------------------------------------
 // dupRe: {re, re}, dupIm: {im, im}, swap: {im, re}, oddFrom(a, b): the real
 // lanes of a with the imaginary lanes of b.

@@ -54,6 +54,36 @@ template <class E> E refAddProductC(E a, E c, E d) {
     else return fref::add(fref::mul(c, a), d);
 }
 
+template <class E> bool isZero(E v) {
+    if constexpr (kComplex<E>) return v.re == 0 && v.im == 0;
+    else return v == 0;
+}
+// Complex b / a as documented: in double for 32fc, Smith's ordering for 64fc,
+// each part of b over 0 for a zero divisor.
+template <class E> E refDiv(E a, E b) {
+    if constexpr (kComplex<E>) {
+        if (isZero(a)) return {b.re / a.re, b.im / a.re};
+        if constexpr (std::is_same_v<E, Zet32fc>) {
+            const double ar = a.re, ai = a.im, br = b.re, bi = b.im, den = ar * ar + ai * ai;
+            return {static_cast<float>((br * ar + bi * ai) / den), static_cast<float>((bi * ar - br * ai) / den)};
+        } else if (std::fabs(a.re) >= std::fabs(a.im)) {
+            const double t = a.im / a.re, den = a.re + a.im * t;
+            return {(b.re + b.im * t) / den, (b.im - b.re * t) / den};
+        } else {
+            const double t = a.re / a.im, den = a.re * t + a.im;
+            return {(b.re * t + b.im) / den, (b.im * t - b.re) / den};
+        }
+    } else {
+        return fref::ordered(b, a, b / a);
+    }
+}
+// Division by a constant: multiplication by the reciprocal rounded once.
+template <class E> E refDivC(E a, E c) {
+    if constexpr (kComplex<E>) return refMulC(a, refDiv(c, E{1, 0}));
+    else return refMulC(a, E(1) / c);
+}
+template <class E> E refDivCRev(E a, E c) { return fref::ordered(c, a, c / a); }
+
 // ---- one export as the test sees it ---------------------------------------------
 template <class E>
 struct Kernel {
@@ -65,6 +95,7 @@ struct Kernel {
     bool exactNaN;                     // the NaN delivered is fixed by the contract
     bool lenFirst;                     // checks the length before the pointers
     bool sweep;                        // walk every placement (plain forms)
+    int divisor = -1;                  // the vector whose zero elements turn the status into a warning
 };
 
 // Non-special constants: 0 and 1 have behaviour of their own, tested apart.
@@ -114,22 +145,40 @@ template <class E> E constant() {
          [](const E* const* in, E* d, long long n) { return zetsAddProductC_##T(in[0], constant<E>(), d, static_cast<int>(n)); }, \
          [](const E* x) { return refAddProductC(x[0], constant<E>(), x[1]); }, EXACT_REAL, false, true}
 
+// Division forms, with the vector whose zeros warn: src1 (or src), or the
+// old srcDst of DivCRev's in-place forms.
+template <class E>
+std::vector<Kernel<E>> withDivisor(std::vector<Kernel<E>> ks, int plain, int inPlace) {
+    for (auto& k : ks) k.divisor = k.dstIsInput ? inPlace : plain;
+    return ks;
+}
 template <class E> std::vector<Kernel<E>> kernels();
 template <> std::vector<Kernel<float>> kernels() {
     using E = float;
-    return {KERNELS_OF(32f, true, false), K1(Abs, 32f, fref::absMax<float>, true)};
+    auto ks = std::vector<Kernel<E>>{KERNELS_OF(32f, true, false), K1(Abs, 32f, fref::absMax<float>, true),
+                                     KC(DivC, 32f, refDivC<E>, true, true)};
+    for (auto& k : withDivisor<E>({K2(Div, 32f, refDiv<E>, true, false)}, 0, 0)) ks.push_back(k);
+    for (auto& k : withDivisor<E>({KC(DivCRev, 32f, refDivCRev<E>, true, true)}, 0, 0)) ks.push_back(k);
+    return ks;
 }
 template <> std::vector<Kernel<double>> kernels() {
     using E = double;
-    return {KERNELS_OF(64f, true, false), K1(Abs, 64f, fref::absMax<double>, true)};
+    auto ks = std::vector<Kernel<E>>{KERNELS_OF(64f, true, false), K1(Abs, 64f, fref::absMax<double>, true),
+                                     KC(DivC, 64f, refDivC<E>, true, true)};
+    for (auto& k : withDivisor<E>({K2(Div, 64f, refDiv<E>, true, false)}, 0, 0)) ks.push_back(k);
+    return ks;
 }
 template <> std::vector<Kernel<Zet32fc>> kernels() {
     using E = Zet32fc;
-    return {KERNELS_OF(32fc, false, true)};
+    auto ks = std::vector<Kernel<E>>{KERNELS_OF(32fc, false, true), KC(DivC, 32fc, refDivC<E>, false, true)};
+    for (auto& k : withDivisor<E>({K2(Div, 32fc, refDiv<E>, false, false)}, 0, 0)) ks.push_back(k);
+    return ks;
 }
 template <> std::vector<Kernel<Zet64fc>> kernels() {
     using E = Zet64fc;
-    return {KERNELS_OF(64fc, false, true)};
+    auto ks = std::vector<Kernel<E>>{KERNELS_OF(64fc, false, true), KC(DivC, 64fc, refDivC<E>, false, true)};
+    for (auto& k : withDivisor<E>({K2(Div, 64fc, refDiv<E>, false, false)}, 0, 0)) ks.push_back(k);
+    return ks;
 }
 
 // ---- comparison --------------------------------------------------------------------
@@ -181,7 +230,11 @@ void checkKernel(const Kernel<E>& k, std::mt19937_64& rng) {
                     for (int v = 0; v < nvec; ++v) x[v] = in[v][i];
                     want[i] = k.ref(x);
                 }
-                ASSERT_EQ(k.call(ptr, dst, len), zetStsOk) << k.name;
+                ZetStatus want_status = zetStsOk;
+                if (k.divisor >= 0)
+                    for (int i = 0; i < len; ++i)
+                        if (isZero(in[k.divisor][i])) want_status = zetStsDivByZeroWarn;
+                ASSERT_EQ(k.call(ptr, dst, len), want_status) << k.name << " len " << len;
                 std::memcpy(got.data(), dst, bytes);
                 // Inputs other than dst are read only.
                 for (int v = 0; v < k.inputs; ++v)
