@@ -700,6 +700,72 @@ ZETAPI ZetStatus zetsDivC_64s_ISfs(Zet64s val, Zet64s* pSrcDst, int len, int sca
 ZETAPI ZetStatus zetsDivCRev_16u(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len);
 ZETAPI ZetStatus zetsDivCRev_16u_I(Zet16u val, Zet16u* pSrcDst, int len);
 
+/* ==== Logical operations and shifts =======================================
+ * And, Or, Xor of two vectors or with a constant, Not (XorC with all ones, and
+ * its checks). AndC with 0 checks only dst and len (a null src is accepted) and
+ * clears dst. Shifts by val bits: 0 copies; a count at or above the element
+ * width clears dst (after testing src), except the arithmetic RShiftC of
+ * signed types, which fills each element with its sign; a negative count is
+ * zetStsShiftErr after the pointer and length checks. */
+ZETAPI ZetStatus zetsAnd_8u(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsAnd_8u_I(const Zet8u* pSrc, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsAnd_16u(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsAnd_16u_I(const Zet16u* pSrc, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsAnd_32u(const Zet32u* pSrc1, const Zet32u* pSrc2, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsAnd_32u_I(const Zet32u* pSrc, Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsOr_8u(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsOr_8u_I(const Zet8u* pSrc, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsOr_16u(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsOr_16u_I(const Zet16u* pSrc, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsOr_32u(const Zet32u* pSrc1, const Zet32u* pSrc2, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsOr_32u_I(const Zet32u* pSrc, Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsXor_8u(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsXor_8u_I(const Zet8u* pSrc, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsXor_16u(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsXor_16u_I(const Zet16u* pSrc, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsXor_32u(const Zet32u* pSrc1, const Zet32u* pSrc2, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsXor_32u_I(const Zet32u* pSrc, Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsAndC_8u(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsAndC_8u_I(Zet8u val, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsAndC_16u(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsAndC_16u_I(Zet16u val, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsAndC_32u(const Zet32u* pSrc, Zet32u val, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsAndC_32u_I(Zet32u val, Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsOrC_8u(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsOrC_8u_I(Zet8u val, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsOrC_16u(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsOrC_16u_I(Zet16u val, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsOrC_32u(const Zet32u* pSrc, Zet32u val, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsOrC_32u_I(Zet32u val, Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsXorC_8u(const Zet8u* pSrc, Zet8u val, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsXorC_8u_I(Zet8u val, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsXorC_16u(const Zet16u* pSrc, Zet16u val, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsXorC_16u_I(Zet16u val, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsXorC_32u(const Zet32u* pSrc, Zet32u val, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsXorC_32u_I(Zet32u val, Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsNot_8u(const Zet8u* pSrc, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsNot_8u_I(Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsNot_16u(const Zet16u* pSrc, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsNot_16u_I(Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsNot_32u(const Zet32u* pSrc, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsNot_32u_I(Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsLShiftC_8u(const Zet8u* pSrc, int val, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsLShiftC_8u_I(int val, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsLShiftC_16u(const Zet16u* pSrc, int val, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsLShiftC_16u_I(int val, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsLShiftC_16s(const Zet16s* pSrc, int val, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsLShiftC_16s_I(int val, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsLShiftC_32s(const Zet32s* pSrc, int val, Zet32s* pDst, int len);
+ZETAPI ZetStatus zetsLShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
+ZETAPI ZetStatus zetsRShiftC_8u(const Zet8u* pSrc, int val, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsRShiftC_8u_I(int val, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsRShiftC_16u(const Zet16u* pSrc, int val, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsRShiftC_16u_I(int val, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsRShiftC_16s(const Zet16s* pSrc, int val, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsRShiftC_16s_I(int val, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsRShiftC_32s(const Zet32s* pSrc, int val, Zet32s* pDst, int len);
+ZETAPI ZetStatus zetsRShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
+
 #ifdef __cplusplus
 }
 #endif

@@ -14,6 +14,7 @@
 #include "data/bytes.hpp"
 #include "frame/checks.hpp"
 #include "frame/chunk.hpp"
+#include "frame/unaligned.hpp"
 
 namespace zet::fixed {
 namespace {
@@ -69,7 +70,7 @@ ZetStatus twoVectors(const A* a, const B* b, D* d, int len, int scale) {
         ruleMap<kUnsignedS<Op, A, B>, kFullRange>(a, b, __m256i{}, nullptr, d, len, scale, Op{});
     } else {
         const Op op;
-        for (long long i = 0; i < len; ++i) d[i] = rule<D>(op(static_cast<i128>(a[i]), static_cast<i128>(b[i])), scale);
+        for (long long i = 0; i < len; ++i) st(d, i, rule<D>(op(static_cast<i128>(ld(a, i)), static_cast<i128>(ld(b, i))), scale));
     }
     return zetStsOk;
 }
@@ -84,7 +85,7 @@ void withPattern(const T* a, const T pattern[2], T* d, long long n, int scale) {
         ruleMap<kUnsignedS<Op, T>, false>(a, static_cast<const T*>(nullptr), lanes, sp, d, n, scale, Op{});
     } else {
         const Op op;
-        for (long long i = 0; i < n; ++i) d[i] = rule<T>(op(static_cast<i128>(a[i]), static_cast<i128>(pattern[i & 1])), scale);
+        for (long long i = 0; i < n; ++i) st(d, i, rule<T>(op(static_cast<i128>(ld(a, i)), static_cast<i128>(pattern[i & 1])), scale));
     }
 }
 
@@ -127,30 +128,28 @@ ZetStatus twoComplexParts(const C* a, const C* b, C* d, int len, int scale) {
 template <class C> using PartOf = std::remove_reference_t<decltype(C::re)>;
 
 template <class C>
-void complexProduct(const C& a, const C& b, C& d, int scale) {
+C complexProduct(C a, C b, int scale) {
     using P = PartOf<C>;
     const i128 ar = a.re, ai = a.im, br = b.re, bi = b.im;
-    const i128 re = ar * br - ai * bi, im = ar * bi + ai * br;
-    d.re = rule<P>(re, scale);
-    d.im = rule<P>(im, scale);
+    return {rule<P>(ar * br - ai * bi, scale), rule<P>(ar * bi + ai * br, scale)};
 }
 
 template <class C>
 ZetStatus mulComplex(const C* a, const C* b, C* d, int len, int scale) {
     if (auto st = checkArgs(len, a, b, d)) return st;
-    for (long long i = 0; i < len; ++i) complexProduct(a[i], b[i], d[i], scale);
+    for (long long i = 0; i < len; ++i) st(d, i, complexProduct(ld(a, i), ld(b, i), scale));
     return zetStsOk;
 }
 template <class C>
 ZetStatus mulCComplex(const C* a, C val, C* d, int len, int scale) {
     if (auto st = checkArgs(len, a, d)) return st;
-    for (long long i = 0; i < len; ++i) complexProduct(a[i], val, d[i], scale);
+    for (long long i = 0; i < len; ++i) st(d, i, complexProduct(ld(a, i), val, scale));
     return zetStsOk;
 }
 template <class C>
 ZetStatus sqrComplex(const C* a, C* d, int len, int scale) {
     if (auto st = checkArgs(len, a, d)) return st;
-    for (long long i = 0; i < len; ++i) complexProduct(a[i], a[i], d[i], scale);
+    for (long long i = 0; i < len; ++i) st(d, i, complexProduct(ld(a, i), ld(a, i), scale));
     return zetStsOk;
 }
 
@@ -164,7 +163,7 @@ template <class A, class D>
 ZetStatus addProduct(const A* a, const A* b, D* d, int len, int scale) {
     if (auto st = checkArgs(len, a, b, d)) return st;
     for (long long i = 0; i < len; ++i)
-        d[i] = rule<D>(static_cast<i128>(d[i]) + static_cast<i128>(a[i]) * static_cast<i128>(b[i]), scale);
+        st(d, i, rule<D>(static_cast<i128>(ld(d, i)) + static_cast<i128>(ld(a, i)) * static_cast<i128>(ld(b, i)), scale));
     return zetStsOk;
 }
 
@@ -199,7 +198,7 @@ D roundSaturate(double x) {
 ZetStatus mulC32f16s(const float* a, float val, s16* d, int len, int scale) {
     if (auto st = checkArgs(len, a, d)) return st;
     const double factor = std::ldexp(1.0, -std::max(-2000, std::min(scale, 2000)));
-    for (long long i = 0; i < len; ++i) d[i] = roundSaturate<s16>(static_cast<double>(a[i] * val) * factor);
+    for (long long i = 0; i < len; ++i) st(d, i, roundSaturate<s16>(static_cast<double>(ld(a, i) * val) * factor));
     return zetStsOk;
 }
 
@@ -207,9 +206,9 @@ ZetStatus mulC64f64s(double val, Zet64s* d, int len, int scale) {
     if (auto st = checkArgs(len, d)) return st;
     const double factor = std::ldexp(1.0, -std::max(-4000, std::min(scale, 4000)));
     for (long long i = 0; i < len; ++i) {
-        const double x = static_cast<double>(d[i]) * val * factor;
+        const double x = static_cast<double>(ld(d, i)) * val * factor;
         // 2^63 is the first double beyond the range; the conversion below is exact-safe.
-        d[i] = std::isnan(x) || x < -0x1p63 ? INT64_MIN : x >= 0x1p63 ? INT64_MAX : static_cast<Zet64s>(std::nearbyint(x));
+        st<Zet64s>(d, i, std::isnan(x) || x < -0x1p63 ? INT64_MIN : x >= 0x1p63 ? INT64_MAX : static_cast<Zet64s>(std::nearbyint(x)));
     }
     return zetStsOk;
 }
@@ -218,7 +217,7 @@ ZetStatus mulC64f64s(double val, Zet64s* d, int len, int scale) {
 template <class A, class D, class F>
 ZetStatus elementwise(const A* a, const A* b, D* d, int len, F f) {
     if (auto st = checkArgs(len, a, b, d)) return st;
-    for (long long i = 0; i < len; ++i) d[i] = f(a[i], b[i]);
+    for (long long i = 0; i < len; ++i) st<D>(d, i, f(ld(a, i), ld(b, i)));
     return zetStsOk;
 }
 
@@ -229,7 +228,7 @@ ZetStatus add32u(const std::uint32_t* a, const std::uint32_t* b, std::uint32_t* 
 
 ZetStatus add16s32sI(const s16* a, s32* d, int len) {
     if (auto st = checkArgs(len, a, d)) return st;
-    for (long long i = 0; i < len; ++i) d[i] = saturate<s32>(static_cast<i128>(d[i]) + a[i]);
+    for (long long i = 0; i < len; ++i) st(d, i, saturate<s32>(static_cast<i128>(ld(d, i)) + ld(a, i)));
     return zetStsOk;
 }
 
@@ -238,16 +237,17 @@ ZetStatus add16s32sI(const s16* a, s32* d, int len) {
 ZetStatus abs16s(const s16* a, s16* d, int len) {
     if (auto st = checkArgs(len, a, d)) return st;
     for (long long i = 0; i < len; ++i) {
-        const int v = std::max<int>(a[i], -32767);
-        d[i] = static_cast<s16>(v < 0 ? -v : v);
+        const int v = std::max<int>(ld(a, i), -32767);
+        st(d, i, static_cast<s16>(v < 0 ? -v : v));
     }
     return zetStsOk;
 }
 ZetStatus abs32s(const s32* a, s32* d, int len) {
     if (auto st = checkArgs(len, a, d)) return st;
     for (long long i = 0; i < len; ++i) {
-        const std::uint32_t m = a[i] < 0 ? 0u - static_cast<std::uint32_t>(a[i]) : static_cast<std::uint32_t>(a[i]);
-        d[i] = static_cast<s32>(std::min<std::uint32_t>(m, 0x7FFFFFFFu));
+        const s32 x = ld(a, i);
+        const std::uint32_t m = x < 0 ? 0u - static_cast<std::uint32_t>(x) : static_cast<std::uint32_t>(x);
+        st(d, i, static_cast<s32>(std::min<std::uint32_t>(m, 0x7FFFFFFFu)));
     }
     return zetStsOk;
 }

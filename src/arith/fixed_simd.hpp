@@ -15,6 +15,7 @@
 #include <limits>
 
 #include "arith/fixed_rule.hpp"
+#include "frame/unaligned.hpp"
 
 namespace zet::fixed {
 
@@ -122,9 +123,9 @@ void ruleMap(const A* a, const B* b, __m256i pattern, const long long* scalarPat
         Lane32<D>::store16(d + i, rule(s0), rule(s1));
     }
     for (; i < n; ++i) {
-        const long long bv = b ? static_cast<long long>(b[i]) : scalarPattern[i & 1];
-        const long long s = combine(static_cast<long long>(a[i]), bv);
-        d[i] = fixed::rule<D>(s, scale);
+        const long long bv = b ? static_cast<long long>(ld(b, i)) : scalarPattern[i & 1];
+        const long long s = combine(static_cast<long long>(ld(a, i)), bv);
+        st(d, i, fixed::rule<D>(s, scale));
     }
 }
 

@@ -14,6 +14,7 @@
 #include "frame/checks.hpp"
 #include "frame/chunk.hpp"
 #include "frame/loops.hpp"
+#include "frame/unaligned.hpp"
 
 namespace zet::arith {
 namespace {
@@ -306,7 +307,7 @@ ZetStatus divide(const E* a, const E* b, E* d, int len) {
     if (auto st = checkArgs(len, a, b, d)) return st;
     bool zero = false;
     if constexpr (kComplex<E>) {
-        for (long long i = 0; i < len; ++i) d[i] = complexQuotient(a[i], b[i], zero);
+        for (long long i = 0; i < len; ++i) st(d, i, complexQuotient(ld(a, i), ld(b, i), zero));
     } else {
         int lanes = 0;
         loops::map(d, len, [&lanes](auto x, auto y) { lanes |= zeroLanes(x); return simd::div(y, x); }, a, b);

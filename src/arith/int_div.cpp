@@ -8,6 +8,7 @@
 
 #include "arith/fixed_rule.hpp"
 #include "frame/checks.hpp"
+#include "frame/unaligned.hpp"
 
 namespace zet::fixed {
 namespace {
@@ -87,7 +88,7 @@ D quotient(i128 n, i128 m, int scale, int mode, bool& zero) {
 template <class A, class B, class D>
 ZetStatus divVectors(const A* divisor, const B* dividend, D* d, int len, int scale, int mode) {
     bool zero = false;
-    for (long long i = 0; i < len; ++i) d[i] = quotient<D>(dividend[i], divisor[i], scale, mode, zero);
+    for (long long i = 0; i < len; ++i) st(d, i, quotient<D>(ld(dividend, i), ld(divisor, i), scale, mode, zero));
     return zero ? zetStsDivByZeroWarn : zetStsOk;
 }
 
@@ -107,25 +108,21 @@ ZetStatus divRound(const T* divisor, const T* dividend, T* d, int len, int mode,
 // Complex: (b / a) = (b.re a.re + b.im a.im, b.im a.re - b.re a.im) / |a|^2,
 // exact rationals; a zero divisor takes each part from the sign of b's part.
 template <class C>
-void complexQuotient(const C& a, const C& b, C& d, int scale, bool& zero) {
+C complexQuotient(C a, C b, int scale, bool& zero) {
     using P = std::remove_reference_t<decltype(C::re)>;
     const i128 ar = a.re, ai = a.im, br = b.re, bi = b.im;
     const i128 den = ar * ar + ai * ai;
     if (den == 0) {
         zero = true;
-        d = C{atZeroDivisor<P>(br), atZeroDivisor<P>(bi)};
-        return;
+        return {atZeroDivisor<P>(br), atZeroDivisor<P>(bi)};
     }
-    const P re = saturate<P>(divScaled(br * ar + bi * ai, den, scale, 1));
-    const P im = saturate<P>(divScaled(bi * ar - br * ai, den, scale, 1));
-    d.re = re;
-    d.im = im;
+    return {saturate<P>(divScaled(br * ar + bi * ai, den, scale, 1)), saturate<P>(divScaled(bi * ar - br * ai, den, scale, 1))};
 }
 
 ZetStatus divComplex(const Zet16sc* a, const Zet16sc* b, Zet16sc* d, int len, int scale) {
     if (auto st = checkArgs(len, a, b, d)) return st;
     bool zero = false;
-    for (long long i = 0; i < len; ++i) complexQuotient(a[i], b[i], d[i], scale, zero);
+    for (long long i = 0; i < len; ++i) st(d, i, complexQuotient(ld(a, i), ld(b, i), scale, zero));
     return zero ? zetStsDivByZeroWarn : zetStsOk;
 }
 
@@ -136,7 +133,7 @@ ZetStatus divC(const T* s, T val, T* d, int len, int scale) {
     if (auto st = checkArgs(len, s, d)) return st;
     if (val == 0) return zetStsDivByZeroErr;
     bool zero = false;
-    for (long long i = 0; i < len; ++i) d[i] = quotient<T>(s[i], val, scale, 1, zero);
+    for (long long i = 0; i < len; ++i) st(d, i, quotient<T>(ld(s, i), val, scale, 1, zero));
     return zetStsOk;
 }
 
@@ -144,14 +141,14 @@ ZetStatus divCComplex(const Zet16sc* s, Zet16sc val, Zet16sc* d, int len, int sc
     if (auto st = checkArgs(len, s, d)) return st;
     if (val.re == 0 && val.im == 0) return zetStsDivByZeroErr;
     bool zero = false;
-    for (long long i = 0; i < len; ++i) complexQuotient(val, s[i], d[i], scale, zero);
+    for (long long i = 0; i < len; ++i) st(d, i, complexQuotient(val, ld(s, i), scale, zero));
     return zetStsOk;
 }
 
 ZetStatus divC64s(Zet64s val, Zet64s* d, int len, int scale) {
     if (auto st = checkArgs(len, d)) return st;
     bool zero = false;
-    for (long long i = 0; i < len; ++i) d[i] = quotient<Zet64s>(d[i], val, scale, 1, zero);
+    for (long long i = 0; i < len; ++i) st(d, i, quotient<Zet64s>(ld(d, i), val, scale, 1, zero));
     return zero ? zetStsDivByZeroWarn : zetStsOk;
 }
 
@@ -159,7 +156,7 @@ ZetStatus divC64s(Zet64s val, Zet64s* d, int len, int scale) {
 ZetStatus divCRev16u(const Zet16u* s, Zet16u val, Zet16u* d, int len) {
     if (auto st = checkArgs(len, s, d)) return st;
     bool zero = false;
-    for (long long i = 0; i < len; ++i) d[i] = quotient<Zet16u>(val, s[i], 0, 1, zero);
+    for (long long i = 0; i < len; ++i) st(d, i, quotient<Zet16u>(val, ld(s, i), 0, 1, zero));
     return zero ? zetStsDivByZeroWarn : zetStsOk;
 }
 

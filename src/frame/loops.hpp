@@ -96,6 +96,35 @@ template <> struct Lanes<Zet64fc> {
     static void storeOne(Zet64fc* p, Half v) { store(p, v); }
 };
 
+// Integer elements: wide and half registers of raw bits; a single element is
+// broadcast to every lane of its width.
+template <class T>
+struct IntLanes {
+    using Wide = __m256i;
+    using Half = __m128i;
+    static constexpr int kWide = 32 / static_cast<int>(sizeof(T)), kHalf = 16 / static_cast<int>(sizeof(T));
+    static Wide loadWide(const T* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
+    static Half loadHalf(const T* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+    static Half loadOne(const T* p) {
+        T v;
+        std::memcpy(&v, p, sizeof v);
+        if constexpr (sizeof(T) == 1) return _mm_set1_epi8(static_cast<char>(v));
+        else if constexpr (sizeof(T) == 2) return _mm_set1_epi16(static_cast<short>(v));
+        else return _mm_set1_epi32(static_cast<int>(v));
+    }
+    static void store(T* p, Wide v) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), v); }
+    static void store(T* p, Half v) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v); }
+    static void storeOne(T* p, Half v) {
+        const int w = _mm_cvtsi128_si32(v);
+        std::memcpy(p, &w, sizeof(T));
+    }
+};
+template <> struct Lanes<Zet8u> : IntLanes<Zet8u> {};
+template <> struct Lanes<Zet16u> : IntLanes<Zet16u> {};
+template <> struct Lanes<Zet16s> : IntLanes<Zet16s> {};
+template <> struct Lanes<Zet32u> : IntLanes<Zet32u> {};
+template <> struct Lanes<Zet32s> : IntLanes<Zet32s> {};
+
 // dst[i] = op(in[i]...) over n elements; op is called with wide and half
 // registers of every input. Inputs may equal dst (in-place forms): each
 // round loads all its inputs before it stores.
