@@ -137,11 +137,16 @@ void Add_16s_Sfs_vs_scalar(benchmark::State& state) {
   fixed_versus(state, [](short* a, short* b, short* c, int n) { zetsAdd_16s_Sfs(a, b, c, n, 3); },
                [](short* a, short* b, short* c, int n) { scalar_add_sfs(a, b, c, n, 3); });
 }
+void Add_16s_Sfs_scale0_vs_scalar(benchmark::State& state) {
+  fixed_versus(state, [](short* a, short* b, short* c, int n) { zetsAdd_16s_Sfs(a, b, c, n, 0); },
+               [](short* a, short* b, short* c, int n) { scalar_add_sfs(a, b, c, n, 0); });
+}
 void Mul_16s_Sfs_vs_scalar(benchmark::State& state) {
   fixed_versus(state, [](short* a, short* b, short* c, int n) { zetsMul_16s_Sfs(a, b, c, n, 9); },
                [](short* a, short* b, short* c, int n) { scalar_mul_sfs(a, b, c, n, 9); });
 }
 BENCHMARK(Add_16s_Sfs_vs_scalar)->Apply(fixed_counts);
+BENCHMARK(Add_16s_Sfs_scale0_vs_scalar)->Apply(fixed_counts);
 BENCHMARK(Mul_16s_Sfs_vs_scalar)->Apply(fixed_counts);
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "data/bytes.hpp"
 #include "frame/checks.hpp"
 #include "frame/chunk.hpp"
+#include "frame/loops.hpp"
 #include "frame/unaligned.hpp"
 
 namespace zet::fixed {
@@ -60,11 +61,93 @@ constexpr int zeroAbove() {
     return kUnsignedS<Op, A> ? 32 : (kNarrow<A> ? 31 : 1 << 30);
 }
 
+// ---- scale 0 on 8- and 16-bit sums: the processor's saturating add -----------
+#define FX_SAT(name, T, op)                                                                   \
+    inline __m256i name(__m256i a, __m256i b, T) { return _mm256_##op(a, b); } \
+    inline __m128i name(__m128i a, __m128i b, T) { return _mm_##op(a, b); }
+FX_SAT(satAdd, u8, adds_epu8)
+FX_SAT(satAdd, u16, adds_epu16)
+FX_SAT(satAdd, s16, adds_epi16)
+FX_SAT(satSub, u8, subs_epu8)
+FX_SAT(satSub, u16, subs_epu16)
+FX_SAT(satSub, s16, subs_epi16)
+#undef FX_SAT
+
+// The exact result of Op saturated, with b a vector or a broadcast constant.
+template <class Op, class T>
+struct Saturating {
+    template <class V> V operator()(V a, V b) const {
+        if constexpr (std::is_same_v<Op, Plus>) return satAdd(a, b, T{});
+        else if constexpr (std::is_same_v<Op, MinusBA>) return satSub(b, a, T{});
+        else return satSub(a, b, T{});
+    }
+};
+template <class Op, class T>
+struct SaturatingWith {
+    __m256i c;
+    template <class V> V operator()(V a) const {
+        if constexpr (std::is_same_v<V, __m256i>) return Saturating<Op, T>{}(a, c);
+        else return Saturating<Op, T>{}(a, _mm256_castsi256_si128(c));
+    }
+};
+template <class Op, class T>
+constexpr bool kSaturatingAtZero = (std::is_same_v<T, u8> || std::is_same_v<T, u16> || std::is_same_v<T, s16>) &&
+                                   !std::is_same_v<Op, Times>;
+
+// ---- 16s sums and differences at scales 1..15, in 16-bit lanes -----------------
+// With t = floor(s / 2) (which fits 16 bits) and c0 = s & 1, the rounded
+// value of s / 2^k is q + ((t mod 2^k' + (c0 + 2^k' - 1 + (q & 1)) / 2) >> k')
+// for k' = k - 1 and q = t >> k': the rule without widening.
+template <class Op>
+struct HalvedRule {
+    __m128i count;  // k'
+    int kp;
+    template <class V> V operator()(V a, V b) const {
+        constexpr bool W = std::is_same_v<V, __m256i>;
+        auto and_ = [](V x, V y) { if constexpr (W) return _mm256_and_si256(x, y); else return _mm_and_si128(x, y); };
+        auto xor_ = [](V x, V y) { if constexpr (W) return _mm256_xor_si256(x, y); else return _mm_xor_si128(x, y); };
+        auto andnot = [](V x, V y) { if constexpr (W) return _mm256_andnot_si256(x, y); else return _mm_andnot_si128(x, y); };
+        auto add = [](V x, V y) { if constexpr (W) return _mm256_add_epi16(x, y); else return _mm_add_epi16(x, y); };
+        auto sub = [](V x, V y) { if constexpr (W) return _mm256_sub_epi16(x, y); else return _mm_sub_epi16(x, y); };
+        auto adds = [](V x, V y) { if constexpr (W) return _mm256_adds_epi16(x, y); else return _mm_adds_epi16(x, y); };
+        auto sra = [](V x, __m128i c) { if constexpr (W) return _mm256_sra_epi16(x, c); else return _mm_sra_epi16(x, c); };
+        auto srl = [](V x, __m128i c) { if constexpr (W) return _mm256_srl_epi16(x, c); else return _mm_srl_epi16(x, c); };
+        auto set1 = [](int v) { if constexpr (W) return _mm256_set1_epi16(static_cast<short>(v)); else return _mm_set1_epi16(static_cast<short>(v)); };
+        const __m128i one = _mm_cvtsi32_si128(1);
+        const V bit = set1(1);
+        V t, c0;
+        if constexpr (std::is_same_v<Op, Plus>) {  // floor((a + b) / 2)
+            const V x = xor_(a, b);
+            t = add(and_(a, b), sra(x, one));
+            c0 = and_(x, bit);
+        } else {  // floor((b - a) / 2) = (b >> 1) - (a >> 1) - (~b & a & 1)
+            t = sub(sub(sra(b, one), sra(a, one)), and_(andnot(b, a), bit));
+            c0 = and_(xor_(a, b), bit);
+        }
+        const V q = sra(t, count);
+        const V m = set1((1 << kp) - 1);
+        const V addend = srl(add(add(c0, m), and_(q, bit)), one);
+        return adds(q, srl(add(and_(t, m), addend), count));
+    }
+};
+
 // ---- two vectors --------------------------------------------------------------
 template <class Op, class A, class B, class D>
 ZetStatus twoVectors(const A* a, const B* b, D* d, int len, int scale) {
     if (auto st = checkArgs(len, a, b, d)) return st;
     if (scale > zeroAbove<Op, A, false>()) return data::zeroElems<sizeof(D)>(d, len);
+    if constexpr (std::is_same_v<A, B> && std::is_same_v<A, D> && kSaturatingAtZero<Op, A>) {
+        if (scale == 0) {
+            loops::map(d, len, Saturating<Op, A>{}, a, b);
+            return zetStsOk;
+        }
+        if constexpr (std::is_same_v<A, s16> && !std::is_same_v<Op, MinusAB>) {
+            if (scale >= 1 && scale <= 15) {
+                loops::map(d, len, HalvedRule<Op>{_mm_cvtsi32_si128(scale - 1), scale - 1}, a, b);
+                return zetStsOk;
+            }
+        }
+    }
     if constexpr (kNarrow<A> && kNarrow<B> && kNarrow<D>) {
         constexpr bool kFullRange = std::is_same_v<Op, Times> && !std::is_same_v<A, B>;  // 16u times 16s
         ruleMap<kUnsignedS<Op, A, B>, kFullRange>(a, b, __m256i{}, nullptr, d, len, scale, Op{});
@@ -101,6 +184,13 @@ ZetStatus constant(const T* a, T val, T* d, int len, int scale) {
         if (val == 0) return data::zeroElems<2>(d, len);
     }
     if (scale > zeroAbove<Op, T, true>()) return data::zeroElems<sizeof(T)>(d, len);
+    if constexpr (kSaturatingAtZero<Op, T>) {
+        if (scale == 0) {
+            const __m256i c = sizeof(T) == 1 ? _mm256_set1_epi8(static_cast<char>(val)) : _mm256_set1_epi16(static_cast<short>(val));
+            loops::map(d, len, SaturatingWith<Op, T>{c}, a);
+            return zetStsOk;
+        }
+    }
     const T pattern[2] = {val, val};
     withPattern<Op>(a, pattern, d, len, scale);
     return zetStsOk;
