@@ -238,3 +238,51 @@ TEST(IntegerAlignment, ResultsDoNotDependOnTheAddress) {
 }
 
 }  // namespace
+
+namespace {
+
+// The forms not reached by the tables above, each against its formula.
+TEST(RemainingForms, AgainstTheirFormulas) {
+    std::mt19937_64 rng(44);
+    const int n = 300;
+    auto a16u = withExtremes<Zet16u>(n, rng), b16u = withExtremes<Zet16u>(n, rng);
+    auto a8 = withExtremes<Zet8u>(n, rng);
+    auto a16 = withExtremes<Zet16s>(n, rng), b16 = withExtremes<Zet16s>(n, rng);
+    std::vector<Zet16u> d16u(n);
+    std::vector<Zet8u> d8(n);
+    std::vector<Zet16s> d16(n);
+    std::vector<Zet32s> d32(n);
+    std::vector<Zet32f> f(n);
+    for (int scale : {-5, 0, 3}) {
+        zetsDiv_16u_Sfs(a16u.data(), b16u.data(), d16u.data(), n, scale);
+        for (int i = 0; i < n; ++i) ASSERT_EQ(d16u[i], refQuotient<Zet16u>(b16u[i], a16u[i], scale));
+        ASSERT_EQ(zetsDivC_8u_Sfs(a8.data(), 7, d8.data(), n, scale), zetStsOk);
+        for (int i = 0; i < n; ++i) ASSERT_EQ(d8[i], refQuotient<Zet8u>(a8[i], 7, scale));
+        ASSERT_EQ(zetsDivC_16u_Sfs(a16u.data(), 300, d16u.data(), n, scale), zetStsOk);
+        for (int i = 0; i < n; ++i) ASSERT_EQ(d16u[i], refQuotient<Zet16u>(a16u[i], 300, scale));
+        std::vector<Zet16sc> c(n / 2);
+        const auto* ca = reinterpret_cast<const Zet16sc*>(a16.data());
+        ASSERT_EQ(zetsDivC_16sc_Sfs(ca, Zet16sc{-3, 4}, c.data(), n / 2, scale), zetStsOk);
+        for (int i = 0; i < n / 2; ++i) {
+            const i128 br = ca[i].re, bi = ca[i].im;  // (b.re + i b.im) / (-3 + 4i)
+            ASSERT_EQ(c[i].re, refQuotient<Zet16s>(br * -3 + bi * 4, 25, scale));
+            ASSERT_EQ(c[i].im, refQuotient<Zet16s>(bi * -3 - br * 4, 25, scale));
+        }
+        std::vector<Zet32s> acc(n);
+        for (int i = 0; i < n; ++i) acc[i] = d32[i] = static_cast<Zet32s>(rng());
+        ASSERT_EQ(zetsAddProduct_16s32s_Sfs(a16.data(), b16.data(), acc.data(), n, scale), zetStsOk);
+        for (int i = 0; i < n; ++i) ASSERT_EQ(acc[i], refQuotient<Zet32s>(i128(d32[i]) + i128(a16[i]) * b16[i], 1, scale));
+    }
+    ASSERT_EQ(zetsMul_16s(a16.data(), b16.data(), d16.data(), n), zetStsOk);
+    for (int i = 0; i < n; ++i) ASSERT_EQ(d16[i], refQuotient<Zet16s>(i128(a16[i]) * b16[i], 1, 0));
+    ASSERT_EQ(zetsAdd_16u(a16u.data(), b16u.data(), d16u.data(), n), zetStsOk);
+    for (int i = 0; i < n; ++i) ASSERT_EQ(d16u[i], std::min(a16u[i] + b16u[i], 65535));
+    ASSERT_EQ(zetsAdd_16s32f(a16.data(), b16.data(), f.data(), n), zetStsOk);
+    for (int i = 0; i < n; ++i) ASSERT_EQ(f[i], static_cast<float>(a16[i] + b16[i]));
+    std::vector<Zet32s> s32 = {INT_MIN, -5, 5, INT_MAX};
+    ASSERT_EQ(zetsAbs_32s(s32.data(), d32.data(), 4), zetStsOk);
+    EXPECT_EQ(d32[0], INT_MAX);
+    EXPECT_EQ(d32[1], 5);
+}
+
+}  // namespace
