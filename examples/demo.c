@@ -34,6 +34,19 @@ int main(void) {
     for (int i = 0; i < N; ++i) printf(" %.0f", a[i]);
     printf("\n");
 
+    {
+        /* Fixed point: the exact sum scaled by 2^-1, ties to even, saturated. */
+        const Zet16s x[4] = {1, 3, 32767, -32768}, y[4] = {0, 0, 32767, -1};
+        Zet16s q[4];
+        failed |= report("zetsAdd_16s_Sfs(x, y, q, scale 1)", zetsAdd_16s_Sfs(x, y, q, 4, 1));
+        printf("  (x + y) / 2 = %d %d %d %d\n", q[0], q[1], q[2], q[3]);
+        /* A zero divisor is a warning: every element is still written. */
+        const Zet32f num[3] = {1.0f, 2.0f, 3.0f}, den[3] = {2.0f, 0.0f, 4.0f};
+        Zet32f r[3];
+        report("zetsDiv_32f(den, num, r)", zetsDiv_32f(den, num, r, 3));
+        printf("  num / den = %g %g %g\n", r[0], r[1], r[2]);
+    }
+
     printf("statuses are the contract: a length of 0 is an error, a null pointer wins over it:\n");
     report("zetsAdd_32f(..., len 0)", zetsAdd_32f(a, b, sum, 0));
     report("zetsAdd_32f(NULL, ..., len 0)", zetsAdd_32f(NULL, b, sum, 0));
