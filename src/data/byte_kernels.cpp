@@ -1,7 +1,9 @@
-// Byte kernels of copy, move, fill and zero. The size boundaries here decide
-// the memory strategy (register ladder, aligned blocks, string instructions,
-// non-temporal streaming) and are kept exactly as documented in bytes.hpp's
-// callers: they are part of how the library behaves on a given machine.
+// Byte kernels of copy, move, fill and zero. Their size boundaries (256-byte
+// blocks, 32,767 / 32,768, 2 MiB, 4 MiB, half the largest cache, a page
+// distance of 160) choose the memory strategy: register moves, aligned
+// blocks, string instructions or non-temporal streaming. They are fixed
+// values, not tuning knobs: callers see the same behaviour on every machine
+// with the same cache.
 #include <immintrin.h>
 
 #include "bytes.hpp"

@@ -16,7 +16,7 @@ namespace zet::data {
 void copySmall(const std::uint8_t* src, std::uint8_t* dst, std::size_t n);  // n < 32768
 void copyLarge(const std::uint8_t* src, std::uint8_t* dst, std::size_t n);  // n > 32767
 void moveBytes(const std::uint8_t* src, std::uint8_t* dst, std::size_t n);
-// Wide zero kernel: like every ladder kernel it assumes a count of at least
+// Wide zero kernel: like the other short kernels it assumes a count of at least
 // one, so a count of 0 reaches the last rung and clears one byte.
 void zeroWide(std::uint8_t* dst, std::uint32_t n);
 void zeroLarge(std::uint8_t* dst, std::uint32_t n);
