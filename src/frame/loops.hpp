@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstring>
+#include <type_traits>
 
 #include "simd.hpp"
 #include "zetsp.h"
@@ -26,43 +27,44 @@ inline float* re(Zet32fc* p) { return reinterpret_cast<float*>(p); }
 inline const double* re(const Zet64fc* p) { return reinterpret_cast<const double*>(p); }
 inline double* re(Zet64fc* p) { return reinterpret_cast<double*>(p); }
 
-template <> struct Lanes<float> {
-    using Wide = __m256;
-    using Half = __m128;
-    static constexpr int kWide = 8, kHalf = 4;
-    static Wide loadWide(const float* p) { return _mm256_loadu_ps(p); }
-    static Half loadHalf(const float* p) { return _mm_loadu_ps(p); }
-    static Half loadOne(const float* p) {
-        float v;
-        std::memcpy(&v, p, sizeof v);
-        return _mm_set1_ps(v);
+// Real elements: one definition for float and double.
+template <class T>
+struct RealLanes {
+    static constexpr bool kSingle = sizeof(T) == 4;
+    using Wide = std::conditional_t<kSingle, __m256, __m256d>;
+    using Half = std::conditional_t<kSingle, __m128, __m128d>;
+    static constexpr int kWide = 32 / static_cast<int>(sizeof(T)), kHalf = 16 / static_cast<int>(sizeof(T));
+    static Wide loadWide(const T* p) {
+        if constexpr (kSingle) return _mm256_loadu_ps(p);
+        else return _mm256_loadu_pd(p);
     }
-    static void store(float* p, Wide v) { _mm256_storeu_ps(p, v); }
-    static void store(float* p, Half v) { _mm_storeu_ps(p, v); }
-    static void storeOne(float* p, Half v) {
-        const float s = _mm_cvtss_f32(v);
+    static Half loadHalf(const T* p) {
+        if constexpr (kSingle) return _mm_loadu_ps(p);
+        else return _mm_loadu_pd(p);
+    }
+    static Half loadOne(const T* p) {
+        T v;
+        std::memcpy(&v, p, sizeof v);
+        if constexpr (kSingle) return _mm_set1_ps(v);
+        else return _mm_set1_pd(v);
+    }
+    static void store(T* p, Wide v) {
+        if constexpr (kSingle) _mm256_storeu_ps(p, v);
+        else _mm256_storeu_pd(p, v);
+    }
+    static void store(T* p, Half v) {
+        if constexpr (kSingle) _mm_storeu_ps(p, v);
+        else _mm_storeu_pd(p, v);
+    }
+    static void storeOne(T* p, Half v) {
+        T s;
+        if constexpr (kSingle) s = _mm_cvtss_f32(v);
+        else s = _mm_cvtsd_f64(v);
         std::memcpy(p, &s, sizeof s);
     }
 };
-
-template <> struct Lanes<double> {
-    using Wide = __m256d;
-    using Half = __m128d;
-    static constexpr int kWide = 4, kHalf = 2;
-    static Wide loadWide(const double* p) { return _mm256_loadu_pd(p); }
-    static Half loadHalf(const double* p) { return _mm_loadu_pd(p); }
-    static Half loadOne(const double* p) {
-        double v;
-        std::memcpy(&v, p, sizeof v);
-        return _mm_set1_pd(v);
-    }
-    static void store(double* p, Wide v) { _mm256_storeu_pd(p, v); }
-    static void store(double* p, Half v) { _mm_storeu_pd(p, v); }
-    static void storeOne(double* p, Half v) {
-        const double s = _mm_cvtsd_f64(v);
-        std::memcpy(p, &s, sizeof s);
-    }
-};
+template <> struct Lanes<float> : RealLanes<float> {};
+template <> struct Lanes<double> : RealLanes<double> {};
 
 template <> struct Lanes<Zet32fc> {
     using Wide = __m256;
