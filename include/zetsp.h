@@ -766,6 +766,44 @@ ZETAPI ZetStatus zetsRShiftC_16s_I(int val, Zet16s* pSrcDst, int len);
 ZETAPI ZetStatus zetsRShiftC_32s(const Zet32s* pSrc, int val, Zet32s* pDst, int len);
 ZETAPI ZetStatus zetsRShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
 
+
+/* ---- Power-of-two FFT ----
+ * Protocol: GetSize gives the spec, init-scratch and work byte counts; Init
+ * lays the spec into the caller's spec buffer (it starts at the first 64-byte
+ * boundary inside it, so keep the pointer Init returns); compute operations
+ * take that spec and a work buffer of the given size (raised internally to
+ * a 64-byte boundary). Nothing is allocated by the library. `flag` is one of
+ * ZET_SCALE_*; `hint` is accepted and not interpreted. Orders: 0..28 single,
+ * 0..27 double. A spec holds absolute pointers: it cannot be copied. Any
+ * number of threads may share one spec, each with its own work buffer. */
+ZETAPI ZetStatus zetsFFTGetSize_C_32fc(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsFFTGetSize_C_32f(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsFFTGetSize_C_64fc(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsFFTGetSize_C_64f(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsFFTInit_C_32fc(ZetsFFTSpec_C_32fc** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsFFTInit_C_32f(ZetsFFTSpec_C_32f** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsFFTInit_C_64fc(ZetsFFTSpec_C_64fc** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsFFTInit_C_64f(ZetsFFTSpec_C_64f** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
+/* Forward: X[k] = sum x[n] exp(-2 pi i nk/N); inverse with +i; each times its
+ * scale factor. The _I forms work in place. Split forms take real and
+ * imaginary parts in separate arrays. */
+ZETAPI ZetStatus zetsFFTFwd_CToC_32fc(const Zet32fc* pSrc, Zet32fc* pDst, const ZetsFFTSpec_C_32fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_32fc(const Zet32fc* pSrc, Zet32fc* pDst, const ZetsFFTSpec_C_32fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_CToC_32fc_I(Zet32fc* pSrcDst, const ZetsFFTSpec_C_32fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_32fc_I(Zet32fc* pSrcDst, const ZetsFFTSpec_C_32fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_CToC_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDstRe, Zet32f* pDstIm, const ZetsFFTSpec_C_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDstRe, Zet32f* pDstIm, const ZetsFFTSpec_C_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_CToC_32f_I(Zet32f* pSrcDstRe, Zet32f* pSrcDstIm, const ZetsFFTSpec_C_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_32f_I(Zet32f* pSrcDstRe, Zet32f* pSrcDstIm, const ZetsFFTSpec_C_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_CToC_64fc(const Zet64fc* pSrc, Zet64fc* pDst, const ZetsFFTSpec_C_64fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_64fc(const Zet64fc* pSrc, Zet64fc* pDst, const ZetsFFTSpec_C_64fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_CToC_64fc_I(Zet64fc* pSrcDst, const ZetsFFTSpec_C_64fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_64fc_I(Zet64fc* pSrcDst, const ZetsFFTSpec_C_64fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_CToC_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDstRe, Zet64f* pDstIm, const ZetsFFTSpec_C_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDstRe, Zet64f* pDstIm, const ZetsFFTSpec_C_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_CToC_64f_I(Zet64f* pSrcDstRe, Zet64f* pSrcDstIm, const ZetsFFTSpec_C_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_64f_I(Zet64f* pSrcDstRe, Zet64f* pSrcDstIm, const ZetsFFTSpec_C_64f* pSpec, Zet8u* pWork);
+
 #ifdef __cplusplus
 }
 #endif

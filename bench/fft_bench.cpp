@@ -1,0 +1,279 @@
+// Forward power-of-two FFTs against FFTW 3 on the same buffers: interleaved
+// complex in single and double precision, and single precision with real and
+// imaginary parts in separate arrays against FFTW's split-array interface.
+// All out of place and unnormalised. The argument of each benchmark is the
+// length N; the _large families hold the lengths beyond 64 Ki points, so
+// that the closing summary gives a separate mean for them.
+//
+// FFTW plans with FFTW_MEASURE, which times candidate algorithms on the
+// plan's own arrays and leaves garbage in them: the input is written after
+// planning, and planning stays out of the timed region. That planning takes
+// seconds at the large lengths, so a length is set up only when its benchmark
+// is selected, and kept while the runner calls that benchmark again.
+#include "bench_util.hpp"
+
+#include <fftw3.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+
+namespace {
+
+using zetbench::Buffer;
+
+// Buffer refuses zero bytes; a work size of zero still needs a valid pointer.
+std::size_t atLeastOne(int bytes) { return bytes > 0 ? static_cast<std::size_t>(bytes) : 1; }
+
+using GetSizeFn = ZetStatus (*)(int, int, ZetHint, int*, int*, int*);
+template <class Spec>
+using InitFn = ZetStatus (*)(Spec**, int, int, ZetHint, Zet8u*, Zet8u*);
+
+// Our side of one order: the spec and a work buffer.
+template <class Spec>
+struct OurSpec {
+  std::optional<Buffer> specBuf, work;
+  Spec* spec = nullptr;
+
+  // Empty on success, else what went wrong.
+  std::string setUp(int order, GetSizeFn getSize, InitFn<Spec> init) {
+    int specSize = 0, initSize = 0, workSize = 0;
+    if (getSize(order, ZET_SCALE_NONE, zetHintAccurate, &specSize, &initSize, &workSize) != zetStsOk)
+      return "our GetSize failed";
+    specBuf.emplace(atLeastOne(specSize));
+    work.emplace(atLeastOne(workSize));
+    Buffer initBuf(atLeastOne(initSize));
+    if (!*specBuf || !*work || !initBuf) return "out of memory";
+    if (init(&spec, order, ZET_SCALE_NONE, zetHintAccurate, specBuf->as(), initBuf.as()) != zetStsOk)
+      return "our Init failed";
+    return {};
+  }
+};
+
+template <class T>
+void fillRandom(T* p, std::size_t count, unsigned seed) {
+  std::mt19937 rng(seed);
+  std::uniform_real_distribution<T> dist(T(-1), T(1));
+  for (std::size_t i = 0; i < count; ++i) p[i] = dist(rng);
+}
+
+// sqrt(sum |ours - peer|^2 / sum |peer|^2), over real and imaginary parts
+// alike, wherever they are stored.
+struct RmsError {
+  double diff = 0.0, norm = 0.0;
+
+  template <class T>
+  void add(const T* ours, const T* peer, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      const double o = static_cast<double>(ours[i]), p = static_cast<double>(peer[i]);
+      diff += (o - p) * (o - p);
+      norm += p * p;
+    }
+  }
+  double relative() const { return norm > 0.0 ? std::sqrt(diff / norm) : std::sqrt(diff); }
+};
+
+std::string disagreement(double err, double tol) {
+  char msg[96];
+  std::snprintf(msg, sizeof msg, "ours and FFTW disagree: relative RMS %.3g above %.0e", err, tol);
+  return msg;
+}
+
+// The two interleaved-complex precisions, each with its FFTW counterpart.
+struct Single {
+  using Real = float;
+  using Zc = Zet32fc;
+  using Spec = ZetsFFTSpec_C_32fc;
+  using Plan = fftwf_plan;
+  using Cx = fftwf_complex;
+  static constexpr double kTolerance = 1e-5;
+  static constexpr GetSizeFn getSize = zetsFFTGetSize_C_32fc;
+  static constexpr InitFn<Spec> init = zetsFFTInit_C_32fc;
+  static ZetStatus fwd(const Zc* s, Zc* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_CToC_32fc(s, d, spec, w); }
+  static Plan plan(int n, Cx* in, Cx* out) { return fftwf_plan_dft_1d(n, in, out, FFTW_FORWARD, FFTW_MEASURE); }
+  static void execute(Plan p, Cx* in, Cx* out) { fftwf_execute_dft(p, in, out); }
+  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+};
+
+struct Double {
+  using Real = double;
+  using Zc = Zet64fc;
+  using Spec = ZetsFFTSpec_C_64fc;
+  using Plan = fftw_plan;
+  using Cx = fftw_complex;
+  static constexpr double kTolerance = 1e-12;
+  static constexpr GetSizeFn getSize = zetsFFTGetSize_C_64fc;
+  static constexpr InitFn<Spec> init = zetsFFTInit_C_64fc;
+  static ZetStatus fwd(const Zc* s, Zc* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_CToC_64fc(s, d, spec, w); }
+  static Plan plan(int n, Cx* in, Cx* out) { return fftw_plan_dft_1d(n, in, out, FFTW_FORWARD, FFTW_MEASURE); }
+  static void execute(Plan p, Cx* in, Cx* out) { fftw_execute_dft(p, in, out); }
+  static void destroy(Plan p) { fftw_destroy_plan(p); }
+};
+
+// Interleaved complex: in -> out for both libraries.
+template <class P>
+class Interleaved {
+ public:
+  using Real = typename P::Real;
+
+  explicit Interleaved(int order)
+      : order_(order), n_(std::size_t{1} << order), in_(bytes()), out_(bytes()) {
+    error_ = setUp();
+  }
+  ~Interleaved() {
+    if (plan_) P::destroy(plan_);
+  }
+  Interleaved(const Interleaved&) = delete;
+  Interleaved& operator=(const Interleaved&) = delete;
+
+  int order() const { return order_; }
+  const std::string& error() const { return error_; }
+  double bytesPerCall() const { return 2.0 * static_cast<double>(bytes()); }
+
+  void ours() { P::fwd(in_.as<typename P::Zc>(), out_.as<typename P::Zc>(), ours_.spec, ours_.work->as()); }
+  void peer() { P::execute(plan_, in_.as<typename P::Cx>(), out_.as<typename P::Cx>()); }
+
+ private:
+  std::size_t bytes() const { return n_ * 2 * sizeof(Real); }
+
+  std::string setUp() {
+    if (!in_ || !out_) return "out of memory";
+    if (std::string e = ours_.setUp(order_, P::getSize, P::init); !e.empty()) return e;
+    plan_ = P::plan(static_cast<int>(n_), in_.as<typename P::Cx>(), out_.as<typename P::Cx>());
+    if (!plan_) return "FFTW could not plan";
+
+    fillRandom(in_.as<Real>(), 2 * n_, 1);
+    Buffer ref(bytes());
+    if (!ref) return "out of memory";
+    if (P::fwd(in_.as<typename P::Zc>(), ref.as<typename P::Zc>(), ours_.spec, ours_.work->as()) != zetStsOk)
+      return "our forward FFT failed";
+    peer();
+    RmsError rms;
+    rms.add(ref.as<Real>(), out_.as<Real>(), 2 * n_);
+    const double err = rms.relative();
+    if (!(err <= P::kTolerance)) return disagreement(err, P::kTolerance);
+    return {};
+  }
+
+  int order_;
+  std::size_t n_;
+  Buffer in_, out_;
+  OurSpec<typename P::Spec> ours_;
+  typename P::Plan plan_ = nullptr;
+  std::string error_;
+};
+
+// Single precision with separate real and imaginary arrays. FFTW's split
+// interface has no sign argument: its forward transform takes the arrays in
+// (re, im) order, as here.
+class Split {
+ public:
+  explicit Split(int order)
+      : order_(order), n_(std::size_t{1} << order),
+        inRe_(bytes()), inIm_(bytes()), outRe_(bytes()), outIm_(bytes()) {
+    error_ = setUp();
+  }
+  ~Split() {
+    if (plan_) fftwf_destroy_plan(plan_);
+  }
+  Split(const Split&) = delete;
+  Split& operator=(const Split&) = delete;
+
+  int order() const { return order_; }
+  const std::string& error() const { return error_; }
+  double bytesPerCall() const { return 4.0 * static_cast<double>(bytes()); }
+
+  void ours() {
+    zetsFFTFwd_CToC_32f(inRe_.as<Zet32f>(), inIm_.as<Zet32f>(), outRe_.as<Zet32f>(), outIm_.as<Zet32f>(),
+                        ours_.spec, ours_.work->as());
+  }
+  void peer() {
+    fftwf_execute_split_dft(plan_, inRe_.as<float>(), inIm_.as<float>(), outRe_.as<float>(), outIm_.as<float>());
+  }
+
+ private:
+  std::size_t bytes() const { return n_ * sizeof(float); }
+
+  std::string setUp() {
+    if (!inRe_ || !inIm_ || !outRe_ || !outIm_) return "out of memory";
+    if (std::string e = ours_.setUp(order_, zetsFFTGetSize_C_32f, zetsFFTInit_C_32f); !e.empty()) return e;
+    fftwf_iodim dim{static_cast<int>(n_), 1, 1};
+    plan_ = fftwf_plan_guru_split_dft(1, &dim, 0, nullptr, inRe_.as<float>(), inIm_.as<float>(),
+                                      outRe_.as<float>(), outIm_.as<float>(), FFTW_MEASURE);
+    if (!plan_) return "FFTW could not plan";
+
+    // Different data in the two parts, so that swapped parts cannot agree.
+    fillRandom(inRe_.as<float>(), n_, 1);
+    fillRandom(inIm_.as<float>(), n_, 2);
+
+    Buffer refRe(bytes()), refIm(bytes());
+    if (!refRe || !refIm) return "out of memory";
+    if (zetsFFTFwd_CToC_32f(inRe_.as<Zet32f>(), inIm_.as<Zet32f>(), refRe.as<Zet32f>(), refIm.as<Zet32f>(),
+                            ours_.spec, ours_.work->as()) != zetStsOk)
+      return "our forward FFT failed";
+    peer();
+    RmsError rms;
+    rms.add(refRe.as<float>(), outRe_.as<float>(), n_);
+    rms.add(refIm.as<float>(), outIm_.as<float>(), n_);
+    const double err = rms.relative();
+    constexpr double kTolerance = 1e-5;
+    if (!(err <= kTolerance)) return disagreement(err, kTolerance);
+    return {};
+  }
+
+  int order_;
+  std::size_t n_;
+  Buffer inRe_, inIm_, outRe_, outIm_;
+  OurSpec<ZetsFFTSpec_C_32f> ours_;
+  fftwf_plan plan_ = nullptr;
+  std::string error_;
+};
+
+// The runner calls a benchmark several times for one length while it settles
+// the iteration count; the set-up of the last length is kept for that. The
+// previous one is released first, so that two large ones never coexist.
+template <class Setup>
+Setup& setUpFor(int order) {
+  static std::unique_ptr<Setup> cached;
+  if (!cached || cached->order() != order) {
+    cached.reset();
+    cached = std::make_unique<Setup>(order);
+  }
+  return *cached;
+}
+
+template <class Setup>
+void forward(benchmark::State& state) {
+  const auto n = static_cast<unsigned long>(state.range(0));
+  const int order = std::countr_zero(n);
+  Setup& s = setUpFor<Setup>(order);
+  if (!s.error().empty()) return state.SkipWithError(s.error().c_str());
+
+  zetbench::compare(state, s.bytesPerCall(), [&] { s.ours(); }, [&] { s.peer(); });
+  // The customary FFT rate: 5 N log2 N flops per transform.
+  const double ns = state.counters["ours_ns"].value;
+  state.counters["ours_gflops"] = ns > 0.0 ? 5.0 * static_cast<double>(n) * order / ns : 0.0;
+}
+
+void addLengths(const char* name, void (*fn)(benchmark::State&), int firstOrder, int lastOrder) {
+  auto* b = benchmark::RegisterBenchmark(name, fn);
+  for (int order = firstOrder; order <= lastOrder; ++order) b->Arg(1L << order);
+  b->UseManualTime();
+}
+
+// The split at 64 Ki points separates the lengths whose data stays in a
+// core's own caches from those served by the shared cache or by memory.
+const bool kRegistered = [] {
+  addLengths("FFTFwd_C_32fc_vs_fftwf", forward<Interleaved<Single>>, 6, 16);
+  addLengths("FFTFwd_C_32fc_large_vs_fftwf", forward<Interleaved<Single>>, 17, 22);
+  addLengths("FFTFwd_C_64fc_vs_fftw", forward<Interleaved<Double>>, 6, 16);
+  addLengths("FFTFwd_C_64fc_large_vs_fftw", forward<Interleaved<Double>>, 17, 20);
+  addLengths("FFTFwd_C_32f_split_vs_fftwf", forward<Split>, 6, 16);
+  return true;
+}();
+
+}  // namespace

@@ -1,0 +1,75 @@
+// The power-of-two complex transform core: its record, its sizes, its Init
+// and its compute entries. The plan layer binds these; the real transform and
+// the convolutions reach them through the same entries.
+#pragma once
+
+#include <cstdint>
+
+#include "zetsp.h"
+
+namespace zet::fft {
+
+constexpr std::int64_t align64(std::int64_t x) { return (x + 63) & ~std::int64_t{63}; }
+
+// Core identifiers.
+enum : std::int32_t { kCore32fc = 4, kCore32f = 5, kCoreR32f = 6, kCore64fc = 7, kCore64f = 8, kCoreR64f = 9 };
+
+// Deepest recursion of the large form: order 28 splits twice.
+constexpr int kMaxLevels = 4;
+
+struct FFTCore {
+    std::int32_t id;
+    std::int32_t order;
+    std::int32_t scaleForward;
+    std::int32_t scaleInverse;
+    float scale32;  // the factor, in the core's precision
+    std::int32_t pad0;
+    double scale64;
+    std::int32_t hint;
+    std::int32_t workBytes;
+    std::int32_t reserved;
+    std::int32_t pad1;
+    // Large form: pass table of the leaf, tile tables (real cores), and per
+    // level the column-pass tables (A: one row of lane roots per column of
+    // the level, B: the coarse roots per column group).
+    void* leafTwiddles;
+    void* tileTwiddles[2];
+    void* levelTwiddles[kMaxLevels];
+    void* levelCoarse[kMaxLevels];
+    std::int32_t* bitReverse;
+    void* twiddles;
+    void* recombine[2];
+};
+static_assert(sizeof(FFTCore) <= 208, "the core's fixed part must fit its small-order size");
+
+struct CoreSizes { std::int64_t spec, init, work; };
+
+// Byte counts of a core of this precision and order (the core's own, before
+// the plan adds its records and slack).
+CoreSizes coreSizes(bool dbl, int order);
+
+// Lays a core into `mem` (64-byte aligned, coreSizes().spec bytes). `flag`
+// is a scale flag; an invalid one writes id 0 and gives zetStsFFTFlagErr.
+// `initBuf` is the scratch for orders above 10 (else may be null).
+ZetStatus coreInit32(FFTCore* core, int order, int flag, Zet8u* initBuf);
+ZetStatus coreInit64(FFTCore* core, int order, int flag, Zet8u* initBuf);
+
+// Compute entries, with the core's own checks. Interleaved forms take
+// (src, dst); split forms (srcRe, srcIm, dstRe, dstIm).
+ZetStatus fwd32fc(const Zet32fc* src, Zet32fc* dst, const FFTCore* core, Zet8u* work);
+ZetStatus inv32fc(const Zet32fc* src, Zet32fc* dst, const FFTCore* core, Zet8u* work);
+ZetStatus fwd32f(const Zet32f* sre, const Zet32f* sim, Zet32f* dre, Zet32f* dim, const FFTCore* core, Zet8u* work);
+ZetStatus inv32f(const Zet32f* sre, const Zet32f* sim, Zet32f* dre, Zet32f* dim, const FFTCore* core, Zet8u* work);
+ZetStatus fwd64fc(const Zet64fc* src, Zet64fc* dst, const FFTCore* core, Zet8u* work);
+ZetStatus inv64fc(const Zet64fc* src, Zet64fc* dst, const FFTCore* core, Zet8u* work);
+ZetStatus fwd64f(const Zet64f* sre, const Zet64f* sim, Zet64f* dre, Zet64f* dim, const FFTCore* core, Zet8u* work);
+ZetStatus inv64f(const Zet64f* sre, const Zet64f* sim, Zet64f* dre, Zet64f* dim, const FFTCore* core, Zet8u* work);
+
+// The tiled single-precision method for 128..2048 points without scaling.
+struct TiledPlan;
+std::int64_t tiledSpecBytes(int order);  // its object (128 bytes) and table
+void tiledBuild(TiledPlan* plan, int order, float* table);
+ZetStatus tiledFwd(const TiledPlan* plan, const Zet32fc* src, Zet32fc* dst);
+ZetStatus tiledInv(const TiledPlan* plan, const Zet32fc* src, Zet32fc* dst);
+
+}  // namespace zet::fft

@@ -1,0 +1,231 @@
+// The pass driver of the power-of-two transform and the storage forms it
+// reads and writes. Intermediate passes work on a split-form area: blocks of
+// W complex values, the W real parts at re + b*S and the W imaginary parts at
+// im + b*S. For interleaved data the area is one buffer of blocks [re | im],
+// which occupy exactly the bytes of the same W interleaved values, so that
+// the last pass can write the destination in place of the area.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "transform/fft_kernels.hpp"
+#include "transform/fft_tables.hpp"
+
+namespace zet::fft {
+
+template <class T> struct Area {
+    using L = Lanes<T>;
+    using V = typename L::V;
+    T* re;
+    T* im;
+    std::ptrdiff_t S;
+    CV<V> ld(std::ptrdiff_t b) const { return {L::load(re + b * S), L::load(im + b * S)}; }
+    void st(std::ptrdiff_t b, CV<V> v) const { L::store(re + b * S, v.re); L::store(im + b * S, v.im); }
+    static Area blocked(T* base) { return {base, base + L::W, 2 * L::W}; }
+};
+
+// Interleaved data: element i at p[2i], p[2i+1].
+template <class T> struct Inter {
+    using L = Lanes<T>;
+    using V = typename L::V;
+    T* p;
+    static constexpr bool kPermuted = true;
+    static constexpr int perm(int l) { return L::kPerm[l]; }
+    // W elements from i, lanes in perm() order.
+    CV<V> loadPerm(std::ptrdiff_t i) const { CV<V> v; L::deinterleave(p + 2 * i, v.re, v.im); return v; }
+    CV<V> loadNat(std::ptrdiff_t i) const { CV<V> v = loadPerm(i); return {L::natural(v.re), L::natural(v.im)}; }
+    void storeNat(std::ptrdiff_t i, CV<V> v) const { L::interleave(p + 2 * i, v.re, v.im); }
+    CV<T> loadOne(std::ptrdiff_t i) const { return {p[2 * i], p[2 * i + 1]}; }
+    void storeOne(std::ptrdiff_t i, CV<T> v) const { p[2 * i] = v.re; p[2 * i + 1] = v.im; }
+    Inter at(std::ptrdiff_t i) const { return {p + 2 * i}; }
+};
+
+// Split data: real parts in re[], imaginary parts in im[].
+template <class T> struct Split {
+    using L = Lanes<T>;
+    using V = typename L::V;
+    T* re;
+    T* im;
+    static constexpr bool kPermuted = false;
+    static constexpr int perm(int l) { return l; }
+    CV<V> loadPerm(std::ptrdiff_t i) const { return {L::load(re + i), L::load(im + i)}; }
+    CV<V> loadNat(std::ptrdiff_t i) const { return loadPerm(i); }
+    void storeNat(std::ptrdiff_t i, CV<V> v) const { L::store(re + i, v.re); L::store(im + i, v.im); }
+    CV<T> loadOne(std::ptrdiff_t i) const { return {re[i], im[i]}; }
+    void storeOne(std::ptrdiff_t i, CV<T> v) const { re[i] = v.re; im[i] = v.im; }
+    Split at(std::ptrdiff_t i) const { return {re + i, im + i}; }
+};
+
+// Area view of a destination, for when the destination itself can hold the
+// intermediate passes.
+template <class T> inline Area<T> areaOf(Inter<T> d) { return Area<T>::blocked(d.p); }
+template <class T> inline Area<T> areaOf(Split<T> d) { return {d.re, d.im, Lanes<T>::W}; }
+
+// Stores the W×(16/W) transposed outputs of a 16-point first pass: x[e] holds
+// element e of W groups (lane l for group group(l)); group g occupies blocks
+// 16g/W .. 16g/W + 16/W - 1 of the area.
+template <class T, class GroupOf>
+inline void storeGroups(Area<T> a, CV<typename Lanes<T>::V>* x, GroupOf group) {
+    using L = Lanes<T>;
+    using V = typename L::V;
+    constexpr int W = L::W, H = 16 / W;
+#pragma GCC unroll 4
+    for (int h = 0; h < H; ++h) {
+        V re[W], im[W];
+#pragma GCC unroll 8
+        for (int i = 0; i < W; ++i) { re[i] = x[h * W + i].re; im[i] = x[h * W + i].im; }
+        L::transpose(re);
+        L::transpose(im);
+#pragma GCC unroll 8
+        for (int l = 0; l < W; ++l) a.st(std::ptrdiff_t{group(l)} * H + h, {re[l], im[l]});
+    }
+}
+
+// First pass with the bit-reversed read: the first four bits as 16-point
+// transforms across lanes, one lane per group, W groups whose sources are
+// consecutive, then transposed into the groups' blocks.
+template <class T, bool Inv, class Src>
+void firstPassGather(Src src, Area<T> a, int order, const std::int32_t* rev) {
+    using V = typename Lanes<T>::V;
+    constexpr int W = Lanes<T>::W;
+    const std::ptrdiff_t stride = std::ptrdiff_t{1} << (order - 4);
+    for (std::ptrdiff_t r0 = 0; r0 < stride; r0 += W) {
+        CV<V> x[16];
+#pragma GCC unroll 16
+        for (int f = 0; f < 16; ++f) x[f] = src.loadPerm(r0 + f * stride);
+        dft<16, Inv>(x);
+        storeGroups<T>(a, x, [&](int l) { return rev[4 * (r0 + Src::perm(l))] >> 1; });
+    }
+}
+
+// First pass over data already in bit-reversed order (the large form's
+// leaves): groups of 16 are contiguous, so W of them are loaded and turned
+// into lanes before the same 16-point transforms.
+template <class T, bool Inv, class Src>
+void firstPassReversed(Src src, Area<T> a, int order) {
+    using L = Lanes<T>;
+    using V = typename L::V;
+    constexpr int W = L::W, H = 16 / W;
+    const std::ptrdiff_t groups = std::ptrdiff_t{1} << (order - 4);
+    for (std::ptrdiff_t g0 = 0; g0 < groups; g0 += W) {
+        CV<V> x[16];
+#pragma GCC unroll 4
+        for (int h = 0; h < H; ++h) {
+            V re[W], im[W];
+#pragma GCC unroll 8
+            for (int l = 0; l < W; ++l) {
+                CV<V> v = src.loadNat((g0 + l) * 16 + h * W);
+                re[l] = v.re;
+                im[l] = v.im;
+            }
+            L::transpose(re);
+            L::transpose(im);
+            // Position e holds input rev4(e): place it at its natural index.
+#pragma GCC unroll 8
+            for (int i = 0; i < W; ++i) x[revBits(h * W + i, 4)] = {re[i], im[i]};
+        }
+        dft<16, Inv>(x);
+        storeGroups<T>(a, x, [&](int l) { return g0 + l; });
+    }
+}
+
+// The R inputs of a butterfly. Consecutive groups of a bit-reversed array
+// hold the sub-transforms of bit-reversed residues, so position p feeds
+// input rev(p), which takes the root of that residue.
+template <class T, int R, bool Inv, class Load>
+inline void loadTwiddled(CV<typename Lanes<T>::V>* x, Load load, const T* tw) {
+    using L = Lanes<T>;
+    constexpr int W = L::W, lg = R == 8 ? 3 : 2;
+    x[0] = load(0);
+#pragma GCC unroll 8
+    for (int p = 1; p < R; ++p) {
+        const int s = revBits(p, lg);
+        x[s] = cmulw<Inv>(load(p), L::load(tw + 2 * W * (s - 1)), L::load(tw + 2 * W * (s - 1) + W));
+    }
+}
+
+// One radix-R decimation-in-time pass over the area's blocks [lo, hi), groups
+// of 2^done elements combined R at a time. Returns the table position after
+// this pass's twiddles.
+template <class T, int R, bool Inv>
+const T* radixPass(Area<T> a, std::ptrdiff_t lo, std::ptrdiff_t hi, int done, const T* tw) {
+    using L = Lanes<T>;
+    using V = typename L::V;
+    constexpr int W = L::W;
+    const std::ptrdiff_t qb = (std::ptrdiff_t{1} << done) / W, span = R * qb;
+    for (std::ptrdiff_t jb = 0; jb < qb; ++jb, tw += 2 * W * (R - 1)) {
+        for (std::ptrdiff_t base = lo + jb; base < hi; base += span) {
+            CV<V> x[R];
+            loadTwiddled<T, R, Inv>(x, [&](int p) { return a.ld(base + p * qb); }, tw);
+            dft<R, Inv>(x);
+#pragma GCC unroll 8
+            for (int t = 0; t < R; ++t) a.st(base + t * qb, x[t]);
+        }
+    }
+    return tw;
+}
+
+// The last pass: one group, written to the destination, scaled if asked.
+template <class T, int R, bool Inv, bool Scaled, class Dst>
+void lastPass(Area<T> a, Dst dst, int done, const T* tw, T scale) {
+    using L = Lanes<T>;
+    using V = typename L::V;
+    constexpr int W = L::W;
+    const std::ptrdiff_t qb = (std::ptrdiff_t{1} << done) / W;
+    const V s = L::set1(scale);
+    for (std::ptrdiff_t jb = 0; jb < qb; ++jb, tw += 2 * W * (R - 1)) {
+        CV<V> x[R];
+        loadTwiddled<T, R, Inv>(x, [&](int p) { return a.ld(jb + p * qb); }, tw);
+        dft<R, Inv>(x);
+#pragma GCC unroll 8
+        for (int t = 0; t < R; ++t) {
+            CV<V> y = x[t];
+            if constexpr (Scaled) y = cscale(y, s);
+            dst.storeNat((jb + t * qb) * W, y);
+        }
+    }
+}
+
+// Passes after the first, from 4 bits to `order`: depth-first inside blocks
+// of 2^blockLog elements where the order exceeds a block, then across the
+// array, then the last pass into `dst`.
+template <class T, bool Inv, bool Scaled, class Dst>
+void runPasses(Area<T> a, Dst dst, int order, const T* table, T scale) {
+    constexpr bool dbl = sizeof(T) == 8;
+    constexpr int W = Lanes<T>::W;
+    const std::ptrdiff_t blocks = (std::ptrdiff_t{1} << order) / W;
+    const T* tw = table + 32;
+    int done = 4;
+    const int bl = blockLog(dbl);
+    if (order > bl) {
+        const std::ptrdiff_t span = (std::ptrdiff_t{1} << bl) / W;
+        int d = done;
+        const T* end = tw;
+        for (std::ptrdiff_t lo = 0; lo < blocks; lo += span) {
+            d = done;
+            const T* p = tw;
+            for (;;) {
+                const int r = radixAt(dbl, order, d), bits = r == 8 ? 3 : 2;
+                if (d + bits > bl || d + bits >= order) break;
+                p = r == 8 ? radixPass<T, 8, Inv>(a, lo, lo + span, d, p) : radixPass<T, 4, Inv>(a, lo, lo + span, d, p);
+                d += bits;
+            }
+            end = p;
+        }
+        tw = end;
+        done = d;
+    }
+    for (;;) {
+        const int r = radixAt(dbl, order, done), bits = r == 8 ? 3 : 2;
+        if (done + bits >= order) break;
+        tw = r == 8 ? radixPass<T, 8, Inv>(a, 0, blocks, done, tw) : radixPass<T, 4, Inv>(a, 0, blocks, done, tw);
+        done += bits;
+    }
+    if (radixAt(dbl, order, done) == 8)
+        lastPass<T, 8, Inv, Scaled>(a, dst, done, tw, scale);
+    else
+        lastPass<T, 4, Inv, Scaled>(a, dst, done, tw, scale);
+}
+
+}  // namespace zet::fft

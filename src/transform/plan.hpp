@@ -1,0 +1,110 @@
+// The object layer of every Fourier operation: a spec object wraps a plan
+// whose candidate methods accept or decline at commit; the one that accepts
+// binds a core and its direct entries. One routine lays the objects both for
+// counting sizes (arenas without a base) and for building them.
+#pragma once
+
+#include <cstdint>
+
+#include "zetsp.h"
+
+namespace zet::plan {
+
+// Attribute codes.
+enum : std::int32_t {
+    kCommitted = 30, kUncommitted = 31,
+    kComplex = 32, kReal = 33,
+    kSingle = 35, kDouble = 36,
+    kInterleaved = 39, kSplit = 42,
+    kInPlace = 43, kOutOfPlace = 44,
+    kCCS = 54, kPack = 55, kPerm = 56,
+};
+// Method results.
+enum : std::int32_t { kOk = 0, kNoMemory = 1, kNullArg = 3, kFailed = 7, kDeclined = 100 };
+constexpr std::uint32_t kMagic = 0x00544644;  // "DFT\0"
+
+struct Arena {
+    std::int64_t cursor;
+    std::int64_t base;  // 0: the arena only counts
+    // Takes `bytes` (rounded to 64); null when only counting.
+    void* take(std::int64_t bytes) {
+        const std::int64_t at = cursor;
+        cursor += (bytes + 63) & ~std::int64_t{63};
+        return base ? reinterpret_cast<void*>(base + at) : nullptr;
+    }
+    void* next() const { return base ? reinterpret_cast<void*>(base + cursor) : nullptr; }
+};
+
+struct Allocator {
+    Arena* spec;
+    Arena* init;
+    Arena* work;
+    std::int32_t mode;  // 1 counting, 2 building
+};
+constexpr std::int32_t kCounting = 1, kBuilding = 2;
+
+struct Plan;
+struct Method {
+    std::int32_t (*commit)(const Method*, Plan*);
+    void (*release)(const Method*, Plan*);
+};
+using Compute = std::int32_t (*)(const Plan*, const void* src, void* dst, std::int32_t fmt, std::int32_t, Zet8u* work);
+
+// The element types, by identifying word of their FFT spec.
+enum class Elem : std::int32_t { C32fc = 5, C32f = 6, R32f = 7, C64fc = 8, C64f = 9, R64f = 10 };
+
+struct Plan {
+    Compute computeForward, computeInverse;
+    const Method* method;
+    void* binding;
+    Allocator* allocator;
+    const Method* const* methods;
+    std::int32_t placementClass;
+    std::int32_t flags;
+    std::uint32_t magic;
+    std::int32_t commitState;
+    std::int32_t rank;
+    std::int64_t* dims;
+    std::int32_t batchRank;
+    std::int64_t* batch;
+    void (*release)(Plan*);
+    void (*destroy)(Plan*);
+    const void* ops;
+    const void* threadHooks;
+    std::int32_t precision, domain;
+    std::int32_t storage, attr1, attr2, placement;
+    std::int32_t attr3[4];
+    double fwdScale, invScale;
+    float fwdScale32, invScale32;
+    std::int32_t hint;
+    std::int32_t threads;
+    // Copies taken at commit.
+    std::int32_t commitRank;
+    std::int64_t commitDims[3];
+    std::int64_t commitBatch[3];
+    // What the methods build from.
+    Elem elem;
+    std::int32_t order;
+};
+
+// The spec object: identifying word, the plan pointer, the plan.
+struct SpecObject {
+    std::uint32_t word;
+    std::uint32_t pad;
+    Plan* plan;
+};
+constexpr std::int64_t kPlanBytes = 832;
+static_assert(sizeof(SpecObject) + sizeof(Plan) <= kPlanBytes, "spec object and plan share their block");
+
+// Binding of a core method: its kind, the cores, then entries.
+struct Binding {
+    std::int32_t kind;
+    void* pow2Core;
+    void* anyCore;
+    void* entries[12];
+};
+
+std::int32_t codeFromStatus(ZetStatus s);
+ZetStatus statusFromCode(std::int32_t code);
+
+}  // namespace zet::plan
