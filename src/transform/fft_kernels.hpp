@@ -58,10 +58,32 @@ template <> struct Lanes<float> {
         im = _mm256_shuffle_ps(a, b, 0xDD);
     }
     static V natural(V v) { return _mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(v), 0xD8)); }
+    // The cross-lane step of interleaving and transposing is done by the
+    // 128-bit stores: they use the store port, not the shuffle port.
     static void interleave(float* p, V re, V im) {
         V lo = _mm256_unpacklo_ps(re, im), hi = _mm256_unpackhi_ps(re, im);
-        store(p, _mm256_permute2f128_ps(lo, hi, 0x20));
-        store(p + 8, _mm256_permute2f128_ps(lo, hi, 0x31));
+        _mm_storeu_ps(p, _mm256_castps256_ps128(lo));
+        _mm_storeu_ps(p + 4, _mm256_castps256_ps128(hi));
+        _mm_storeu_ps(p + 8, _mm256_extractf128_ps(lo, 1));
+        _mm_storeu_ps(p + 12, _mm256_extractf128_ps(hi, 1));
+    }
+    // Transposes the 8×8 block r and stores row l at dst(l).
+    template <class Dst> static void transposeStore(const V* r, Dst dst) {
+        V t0 = _mm256_unpacklo_ps(r[0], r[1]), t1 = _mm256_unpackhi_ps(r[0], r[1]);
+        V t2 = _mm256_unpacklo_ps(r[2], r[3]), t3 = _mm256_unpackhi_ps(r[2], r[3]);
+        V t4 = _mm256_unpacklo_ps(r[4], r[5]), t5 = _mm256_unpackhi_ps(r[4], r[5]);
+        V t6 = _mm256_unpacklo_ps(r[6], r[7]), t7 = _mm256_unpackhi_ps(r[6], r[7]);
+        V u[8] = {_mm256_shuffle_ps(t0, t2, 0x44), _mm256_shuffle_ps(t0, t2, 0xEE),
+                  _mm256_shuffle_ps(t1, t3, 0x44), _mm256_shuffle_ps(t1, t3, 0xEE),
+                  _mm256_shuffle_ps(t4, t6, 0x44), _mm256_shuffle_ps(t4, t6, 0xEE),
+                  _mm256_shuffle_ps(t5, t7, 0x44), _mm256_shuffle_ps(t5, t7, 0xEE)};
+#pragma GCC unroll 4
+        for (int i = 0; i < 4; ++i) {
+            _mm_storeu_ps(dst(i), _mm256_castps256_ps128(u[i]));
+            _mm_storeu_ps(dst(i) + 4, _mm256_castps256_ps128(u[i + 4]));
+            _mm_storeu_ps(dst(i + 4), _mm256_extractf128_ps(u[i], 1));
+            _mm_storeu_ps(dst(i + 4) + 4, _mm256_extractf128_ps(u[i + 4], 1));
+        }
     }
     static void transpose(V* r) {
         V t0 = _mm256_unpacklo_ps(r[0], r[1]), t1 = _mm256_unpackhi_ps(r[0], r[1]);
@@ -94,8 +116,18 @@ template <> struct Lanes<double> {
     static V natural(V v) { return _mm256_permute4x64_pd(v, 0xD8); }
     static void interleave(double* p, V re, V im) {
         V lo = _mm256_unpacklo_pd(re, im), hi = _mm256_unpackhi_pd(re, im);
-        store(p, _mm256_permute2f128_pd(lo, hi, 0x20));
-        store(p + 4, _mm256_permute2f128_pd(lo, hi, 0x31));
+        _mm_storeu_pd(p, _mm256_castpd256_pd128(lo));
+        _mm_storeu_pd(p + 2, _mm256_castpd256_pd128(hi));
+        _mm_storeu_pd(p + 4, _mm256_extractf128_pd(lo, 1));
+        _mm_storeu_pd(p + 6, _mm256_extractf128_pd(hi, 1));
+    }
+    template <class Dst> static void transposeStore(const V* r, Dst dst) {
+        V t0 = _mm256_unpacklo_pd(r[0], r[1]), t1 = _mm256_unpackhi_pd(r[0], r[1]);
+        V t2 = _mm256_unpacklo_pd(r[2], r[3]), t3 = _mm256_unpackhi_pd(r[2], r[3]);
+        _mm_storeu_pd(dst(0), _mm256_castpd256_pd128(t0)); _mm_storeu_pd(dst(0) + 2, _mm256_castpd256_pd128(t2));
+        _mm_storeu_pd(dst(1), _mm256_castpd256_pd128(t1)); _mm_storeu_pd(dst(1) + 2, _mm256_castpd256_pd128(t3));
+        _mm_storeu_pd(dst(2), _mm256_extractf128_pd(t0, 1)); _mm_storeu_pd(dst(2) + 2, _mm256_extractf128_pd(t2, 1));
+        _mm_storeu_pd(dst(3), _mm256_extractf128_pd(t1, 1)); _mm_storeu_pd(dst(3) + 2, _mm256_extractf128_pd(t3, 1));
     }
     static void transpose(V* r) {
         V t0 = _mm256_unpacklo_pd(r[0], r[1]), t1 = _mm256_unpackhi_pd(r[0], r[1]);
