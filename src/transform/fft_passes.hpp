@@ -62,6 +62,38 @@ template <class T> struct Split {
 template <class T> inline Area<T> areaOf(Inter<T> d) { return Area<T>::blocked(d.p); }
 template <class T> inline Area<T> areaOf(Split<T> d) { return {d.re, d.im, Lanes<T>::W}; }
 
+// Keeps the array behind `p` in memory at this point, so that the phases of
+// a 16-point transform run one after another through an L1 tile rather than
+// as one block of 32 live registers that spills at random.
+template <class P> [[gnu::always_inline]] inline void inMemory(P* p) { asm volatile("" : : "r"(p) : "memory"); }
+
+template <bool Inv, int T, class V, class Load>
+[[gnu::always_inline]] inline void sixteenA(Load& load, CV<V>* y) {
+    CV<V> u0 = load(T), u1 = load(T + 4), u2 = load(T + 8), u3 = load(T + 12);
+    bfly4<Inv>(u0, u1, u2, u3);
+    y[4 * T] = u0;
+    y[4 * T + 1] = rootMul<16, T, Inv>(u1);
+    y[4 * T + 2] = rootMul<16, 2 * T, Inv>(u2);
+    y[4 * T + 3] = rootMul<16, 3 * T, Inv>(u3);
+}
+template <bool Inv, int K, class V>
+[[gnu::always_inline]] inline void sixteenB(const CV<V>* y, CV<V>* x) {
+    CV<V> a0 = y[K], a1 = y[4 + K], a2 = y[8 + K], a3 = y[12 + K];
+    bfly4<Inv>(a0, a1, a2, a3);
+    x[K] = a0; x[K + 4] = a1; x[K + 8] = a2; x[K + 12] = a3;
+}
+// 16-point transforms across lanes, input f from load(f), natural order out
+// into x: four 4-point transforms over the residues mod 4, the roots, four
+// more.
+template <bool Inv, class V, class Load>
+[[gnu::always_inline]] inline void sixteen(Load load, CV<V>* x) {
+    alignas(64) CV<V> y[16];
+    sixteenA<Inv, 0>(load, y); sixteenA<Inv, 1>(load, y); sixteenA<Inv, 2>(load, y); sixteenA<Inv, 3>(load, y);
+    inMemory(y);
+    sixteenB<Inv, 0>(y, x); sixteenB<Inv, 1>(y, x); sixteenB<Inv, 2>(y, x); sixteenB<Inv, 3>(y, x);
+    inMemory(x);
+}
+
 // Stores the W×(16/W) transposed outputs of a 16-point first pass: x[e] holds
 // element e of W groups (lane l for group group(l)); group g occupies blocks
 // 16g/W .. 16g/W + 16/W - 1 of the area.
@@ -92,10 +124,8 @@ void firstPassGather(Src src, Area<T> a, int order, const std::int32_t* rev) {
     constexpr int W = Lanes<T>::W;
     const std::ptrdiff_t stride = std::ptrdiff_t{1} << (order - 4);
     for (std::ptrdiff_t r0 = 0; r0 < stride; r0 += W) {
-        CV<V> x[16];
-#pragma GCC unroll 16
-        for (int f = 0; f < 16; ++f) x[f] = src.loadPerm(r0 + f * stride);
-        dft<16, Inv>(x);
+        alignas(64) CV<V> x[16];
+        sixteen<Inv, V>([&](int f) { return src.loadPerm(r0 + f * stride); }, x);
         storeGroups<T>(a, x, [&](int l) { return rev[4 * (r0 + Src::perm(l))] >> 1; });
     }
 }
@@ -110,7 +140,7 @@ void firstPassReversed(Src src, Area<T> a, int order) {
     constexpr int W = L::W, H = 16 / W;
     const std::ptrdiff_t groups = std::ptrdiff_t{1} << (order - 4);
     for (std::ptrdiff_t g0 = 0; g0 < groups; g0 += W) {
-        CV<V> x[16];
+        alignas(64) CV<V> x[16];
 #pragma GCC unroll 4
         for (int h = 0; h < H; ++h) {
             V re[W], im[W];
@@ -126,8 +156,10 @@ void firstPassReversed(Src src, Area<T> a, int order) {
 #pragma GCC unroll 8
             for (int i = 0; i < W; ++i) x[revBits(h * W + i, 4)] = {re[i], im[i]};
         }
-        dft<16, Inv>(x);
-        storeGroups<T>(a, x, [&](int l) { return g0 + l; });
+        inMemory(x);
+        alignas(64) CV<V> z[16];
+        sixteen<Inv, V>([&](int f) { return x[f]; }, z);
+        storeGroups<T>(a, z, [&](int l) { return g0 + l; });
     }
 }
 
