@@ -1,5 +1,6 @@
 /* A first look at zetSP: the version record, library-owned buffers, and a
  * few vector operations with their statuses. */
+#include <math.h>
 #include <stdio.h>
 
 #include "zetsp.h"
@@ -45,6 +46,31 @@ int main(void) {
         Zet32f r[3];
         report("zetsDiv_32f(den, num, r)", zetsDiv_32f(den, num, r, 3));
         printf("  num / den = %g %g %g\n", r[0], r[1], r[2]);
+    }
+
+    {
+        /* A 16-point transform of a tone at bin 3: all its energy lands there. */
+        enum { ORDER = 4, LEN = 1 << ORDER };
+        int specSize, initSize, workSize;
+        failed |= report("zetsFFTGetSize_C_32fc(order 4, ZET_SCALE_INV)",
+                         zetsFFTGetSize_C_32fc(ORDER, ZET_SCALE_INV, zetHintAccurate, &specSize, &initSize, &workSize));
+        Zet8u* specBuf = zetsMalloc_8u(specSize);
+        Zet8u* work = zetsMalloc_8u(workSize > 0 ? workSize : 1);
+        ZetsFFTSpec_C_32fc* spec = NULL;
+        failed |= report("zetsFFTInit_C_32fc", zetsFFTInit_C_32fc(&spec, ORDER, ZET_SCALE_INV, zetHintAccurate, specBuf, NULL));
+        Zet32fc x[LEN], X[LEN];
+        for (int n = 0; n < LEN; ++n) {
+            x[n].re = (Zet32f)cos(2.0 * 3.141592653589793 * 3 * n / LEN);
+            x[n].im = (Zet32f)sin(2.0 * 3.141592653589793 * 3 * n / LEN);
+        }
+        failed |= report("zetsFFTFwd_CToC_32fc", zetsFFTFwd_CToC_32fc(x, X, spec, work));
+        printf("  |X[k]| =");
+        for (int k = 0; k < LEN; ++k) printf(" %.1f", sqrt(X[k].re * X[k].re + X[k].im * X[k].im));
+        printf("\n");
+        failed |= report("zetsFFTInv_CToC_32fc_I (scaled by 1/N)", zetsFFTInv_CToC_32fc_I(X, spec, work));
+        printf("  x[1] back = %.4f %+.4fi (was %.4f %+.4fi)\n", X[1].re, X[1].im, x[1].re, x[1].im);
+        zetsFree(specBuf);
+        zetsFree(work);
     }
 
     printf("statuses are the contract: a length of 0 is an error, a null pointer wins over it:\n");
