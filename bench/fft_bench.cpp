@@ -33,7 +33,7 @@ using GetSizeFn = ZetStatus (*)(int, int, ZetHint, int*, int*, int*);
 template <class Spec>
 using InitFn = ZetStatus (*)(Spec**, int, int, ZetHint, Zet8u*, Zet8u*);
 
-// Our side of one order: the spec and a work buffer.
+// Our side of one order: the transform object and a work buffer.
 template <class Spec>
 struct OurSpec {
   std::optional<Buffer> specBuf, work;

@@ -768,14 +768,15 @@ ZETAPI ZetStatus zetsRShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
 
 
 /* ---- Power-of-two FFT ----
- * Protocol: GetSize gives the spec, init-scratch and work byte counts; Init
- * lays the spec into the caller's spec buffer (it starts at the first 64-byte
- * boundary inside it, so keep the pointer Init returns); compute operations
- * take that spec and a work buffer of the given size (raised internally to
- * a 64-byte boundary). Nothing is allocated by the library. `flag` is one of
- * ZET_SCALE_*; `hint` is accepted and not interpreted. Orders: 0..28 single,
- * 0..27 double. A spec holds absolute pointers: it cannot be copied. Any
- * number of threads may share one spec, each with its own work buffer. */
+ * Protocol: GetSize gives the byte counts of the transform object, the init
+ * scratch and the work buffer; Init lays the object into the caller's buffer
+ * at its first 64-byte boundary (keep the pointer Init returns); compute
+ * operations take that object and a work buffer of the given size (raised
+ * internally to a 64-byte boundary). Nothing is allocated by the library.
+ * `flag` is one of ZET_SCALE_*; `hint` is accepted and not interpreted.
+ * Orders: 0..28 single, 0..27 double. The object holds absolute pointers: it
+ * cannot be copied. Any number of threads may share one object, each with its
+ * own work buffer. */
 ZETAPI ZetStatus zetsFFTGetSize_C_32fc(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
 ZETAPI ZetStatus zetsFFTGetSize_C_32f(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
 ZETAPI ZetStatus zetsFFTGetSize_C_64fc(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);

@@ -327,7 +327,7 @@ ZetStatus split(const T* sre, const T* sim, T* dre, T* dim, const FFTCore* c, Ze
 
 // -------------------------------------------------------------------- init
 
-// Sizes of the large form's recursion below the core: spec, work.
+// Sizes of the large form's recursion below the core: transform object, work.
 void largeSizes(bool dbl, int order, std::int64_t& spec, std::int64_t& work) {
     const std::int64_t e = dbl ? 16 : 8;
     int k, b;

@@ -48,7 +48,7 @@ struct CoreSizes { std::int64_t spec, init, work; };
 // the plan adds its records and slack).
 CoreSizes coreSizes(bool dbl, int order);
 
-// Lays a core into `mem` (64-byte aligned, coreSizes().spec bytes). `flag`
+// Lays a core into `mem` (64-byte aligned, coreSizes().transform object bytes). `flag`
 // is a scale flag; an invalid one writes id 0 and gives zetStsFFTFlagErr.
 // `initBuf` is the scratch for orders above 10 (else may be null).
 ZetStatus coreInit32(FFTCore* core, int order, int flag, Zet8u* initBuf);

@@ -212,7 +212,7 @@ Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, Elem e, int order,
     p->elem = e;
     p->order = order;
     p->methods = e == Elem::C32fc ? kMethodsTiledFirst : kMethodsCore;
-    // The persistent allocator record sits in the spec memory.
+    // The persistent allocator record sits in the object's own memory.
     auto* rec = static_cast<unsigned char*>(al->spec->take(192));
     if (al->mode == kBuilding) {
         if (!rec) {

@@ -1,4 +1,4 @@
-// The object layer of every Fourier operation: a spec object wraps a plan
+// The object layer of every Fourier operation: a transform object object wraps a plan
 // whose candidate methods accept or decline at commit; the one that accepts
 // binds a core and its direct entries. One routine lays the objects both for
 // counting sizes (arenas without a base) and for building them.
@@ -50,7 +50,7 @@ struct Method {
 };
 using Compute = std::int32_t (*)(const Plan*, const void* src, void* dst, std::int32_t fmt, std::int32_t, Zet8u* work);
 
-// The element types, by identifying word of their FFT spec.
+// The element types, by identifying word of their FFT transform object.
 enum class Elem : std::int32_t { C32fc = 5, C32f = 6, R32f = 7, C64fc = 8, C64f = 9, R64f = 10 };
 
 struct Plan {
@@ -87,7 +87,7 @@ struct Plan {
     std::int32_t order;
 };
 
-// The spec object: identifying word, the plan pointer, the plan.
+// The transform object: identifying word, the plan pointer, the plan.
 struct SpecObject {
     std::uint32_t word;
     std::uint32_t pad;

@@ -1,7 +1,7 @@
 // Power-of-two complex FFT: the byte counts of GetSize, the status order of
 // every export, accuracy against exact references at every order, the
 // in-place, unaligned and work-buffer paths against each other, buffers
-// against guard pages, and one spec shared by two threads.
+// against guard pages, and one transform object shared by two threads.
 //
 // fft_long_test.cpp includes this file for its helpers with
 // ZETSP_FFT_HELPERS_ONLY defined, which leaves the tests here out.
@@ -38,7 +38,7 @@ constexpr int kFlags[] = {ZET_SCALE_FWD, ZET_SCALE_INV, ZET_SCALE_SYM, ZET_SCALE
 // ---- the four element forms behind one interface ------------------------------
 // Data travel as two planes: the interleaved forms take the array in the real
 // plane (the imaginary plane is re + 1 at stride 2), the split forms take both.
-// The spec is untyped so that a form can be handed another form's spec.
+// The transform object is untyped so that a form can be handed another form's object.
 #define FFT_COMMON(SUF, REAL, WORD, LIMIT, DBL)                                                   \
     using R = REAL;                                                                               \
     using Spec = ZetsFFTSpec_C_##SUF;                                                             \
@@ -111,7 +111,7 @@ Sizes largeCore(int order, bool dbl) {
 }
 
 // The power-of-two core above order 10: twiddles, permutation table and header
-// in the spec; the sine table (N/4 + 1 values) in the init scratch, in both
+// in the transform object; the sine table (N/4 + 1 values) in the init scratch, in both
 // the middle and the large range; one copy of the data as work.
 Sizes fftCore(int order, bool dbl) {
     const long long n = 1LL << order, q = ((n & ~3LL) + 67) & ~63LL;
@@ -127,7 +127,7 @@ Sizes fftCore(int order, bool dbl) {
 
 // Small orders have a closed form; above, the plan's own blocks (1216 bytes
 // with a complex binding) plus the core, and 64 bytes of alignment slack on
-// the spec and the work. The tiled method takes C_32fc without scaling at
+// the transform object and the work. The tiled method takes C_32fc without scaling at
 // order 11, the only order of its range that is counted rather than closed.
 template <class Tr> Sizes expectedSizes(int order, int flag) {
     const long long n = 1LL << order;
@@ -236,9 +236,9 @@ Zet8u* makeWork(int bytes, std::unique_ptr<GuardedRegion>& r) {
     return r->end() - bytes;
 }
 
-// GetSize, then Init into buffers of exactly the sizes given. The spec buffer
+// GetSize, then Init into buffers of exactly the sizes given. The object buffer
 // ends at the guard; a `shift` of 1..63 misaligns it and moves it so that the
-// spec proper, specSize - 64 bytes from the boundary, ends at the last
+// object proper, specSize - 64 bytes from the boundary, ends at the last
 // boundary before the guard. The init scratch is made inaccessible once Init
 // returns.
 template <class Tr> struct Fft {
@@ -577,7 +577,7 @@ template <class Tr> void checkComputeStatuses() {
             if (r.want == zetStsOk) continue;
             EXPECT_EQ(dst.fingerprint(), before) << "written despite the error";
             EXPECT_EQ(src.fingerprint(), srcBefore);
-            // The word is the whole check: restored, the same spec works.
+            // The word is the whole check: restored, the same transform object works.
             if (r.badWord) {
                 EXPECT_EQ(apply(*f, d, r.inPlace ? nullptr : &src, dst, f->work), zetStsOk);
             }
@@ -604,7 +604,7 @@ TEST(FFTCompute, EachFormRefusesTheOtherFormsSpecs) {
                 ASSERT_NE(spec, nullptr);
                 const ZetStatus want = word == Tr::word ? zetStsOk : zetStsSpecMismatchErr;
                 EXPECT_EQ(Tr::run(Dir::Fwd, inPlace, spec, src.re(), src.im(), dst.re(), dst.im(), nullptr), want)
-                    << Tr::name << " given the spec with word " << word;
+                    << Tr::name << " given the object with word " << word;
             }
     });
 }
@@ -814,9 +814,9 @@ INSTANTIATE_TEST_SUITE_P(FFT, LargeOrder, ::testing::Range(13, 23));
 INSTANTIATE_TEST_SUITE_P(FFT, LargeOrder, ::testing::Range(13, 25));
 #endif
 
-// ---- placement of the spec, hints, threads ------------------------------------------------
+// ---- placement of the transform object, hints, threads ------------------------------------------------
 
-// A misaligned spec buffer whose spec proper ends at the guard page, built
+// A misaligned object buffer whose object proper ends at the guard page, built
 // with any hint, gives the bits of an aligned one built with hint 0.
 TEST(FFTSpec, AnyBufferOffsetAndHintGiveTheSameBits) {
     forEachForm([](auto tag) {
@@ -855,7 +855,7 @@ TEST(FFTSpec, AnyBufferOffsetAndHintGiveTheSameBits) {
     });
 }
 
-// Two threads share one spec, each with its own work buffer, running
+// Two threads share one transform object, each with its own work buffer, running
 // different inputs, directions and placements at once.
 template <class Tr> void checkSharedSpec(int order, int flag) {
     using R = typename Tr::R;
