@@ -94,17 +94,6 @@ int radixAt(bool dbl, int order, int done) {
     return 8;
 }
 
-std::int64_t passTableReals(bool dbl, int order, int lanes) {
-    (void)lanes;
-    std::int64_t reals = 32;
-    for (int done = 4; done < order;) {
-        const int r = radixAt(dbl, order, done);
-        reals += 2 * (std::int64_t{1} << done) * (r - 1);
-        done += r == 8 ? 3 : 2;
-    }
-    return reals;
-}
-
 template <class T> void buildPassTable(T* dst, int order, const Sine<T>& sine, int lanes) {
     const bool dbl = sizeof(T) == 8;
     // Header: the twiddles of a 16-point group, 16 cosines and 16 imaginary

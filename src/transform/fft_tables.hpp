@@ -46,10 +46,9 @@ int radixAt(bool dbl, int order, int done);
 // log2 of the block that the depth-first passes stay inside.
 constexpr int blockLog(bool dbl) { return dbl ? 10 : 11; }
 
-// Reals of the pass twiddle table of `order` (a header of 32, then every
-// pass in order of execution, each run: R-1 twiddles as W cosines and W
-// imaginary parts).
-std::int64_t passTableReals(bool dbl, int order, int lanes);
+// The pass twiddle table of `order`: a header of 32 reals, then every pass in
+// order of execution, each run of `lanes` butterflies holding its R-1 roots
+// as `lanes` cosines and `lanes` imaginary parts.
 template <class T> void buildPassTable(T* dst, int order, const Sine<T>& sine, int lanes);
 
 }  // namespace zet::fft
