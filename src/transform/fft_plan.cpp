@@ -170,7 +170,8 @@ const Method* const kMethodsCore[] = {&kCoreMethod, nullptr};
 
 // Lays the plan (building) or fills the caller's stack copy (counting).
 // Returns the plan, or null when the arena cannot hold it.
-Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, Elem e, int order, ZetHint hint) {
+Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, Elem e, int order, ZetHint hint,
+             std::int64_t* countStore = nullptr) {
     Plan* p = stackPlan;
     void* block = al->spec->take(kPlanBytes);
     if (al->mode == kBuilding) {
@@ -186,8 +187,8 @@ Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, Elem e, int order,
         planDestroy(p);
         return nullptr;
     }
-    static std::int64_t countDims[3], countBatch[3];  // never read in counting mode
-    if (al->mode == kCounting) { dims = countDims; batch = countBatch; }
+    // A counting plan keeps its triples in the caller's stack.
+    if (al->mode == kCounting) { dims = countStore; batch = countStore + 3; }
     const std::int64_t n = std::int64_t{1} << order;
     dims[0] = n; dims[1] = 1; dims[2] = 1;
     batch[0] = 1; batch[1] = 0; batch[2] = 0;
@@ -289,7 +290,8 @@ ZetStatus getSize(Elem e, int order, int flag, ZetHint hint, int* pSpec, int* pI
     Arena spec{0, 0}, init{0, 0}, work{0, 0};
     Allocator al{&spec, &init, &work, kCounting};
     Plan stack;
-    Plan* p = create(&stack, nullptr, &al, e, order, hint);
+    std::int64_t triples[6];
+    Plan* p = create(&stack, nullptr, &al, e, order, hint, triples);
     placeholderScales(p, flag);
     const std::int32_t code = commit(p);
     if (code != kOk) {
