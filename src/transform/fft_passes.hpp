@@ -156,10 +156,9 @@ void firstPassReversed(Src src, Area<T> a, int order) {
 #pragma GCC unroll 8
             for (int i = 0; i < W; ++i) x[revBits(h * W + i, 4)] = {re[i], im[i]};
         }
-        inMemory(x);
-        alignas(64) CV<V> z[16];
-        sixteen<Inv, V>([&](int f) { return x[f]; }, z);
-        storeGroups<T>(a, z, [&](int l) { return g0 + l; });
+        // The first phase reads all of x before the second writes it back.
+        sixteen<Inv, V>([&](int f) { return x[f]; }, x);
+        storeGroups<T>(a, x, [&](int l) { return g0 + l; });
     }
 }
 
@@ -211,6 +210,20 @@ template <class T, bool Inv>
     x[3] = mirror(t1, x[1], two);
 }
 
+// One butterfly of a pass: the R inputs from load(position), the roots of
+// this run at tw, the outputs in x in natural order.
+template <class T, int R, bool Inv, class Load>
+[[gnu::always_inline]] inline void butterfly(CV<typename Lanes<T>::V>* x, Load load, const T* tw) {
+    if constexpr (R == 4) {
+#pragma GCC unroll 4
+        for (int t = 0; t < R; ++t) x[t] = load(t);
+        fusedRadix4<T, Inv>(x, tw);
+    } else {
+        loadTwiddled<T, R, Inv>(x, load, tw);
+        dft<R, Inv>(x);
+    }
+}
+
 // One radix-R decimation-in-time pass over the area's blocks [lo, hi), groups
 // of 2^done elements combined R at a time. Returns the table position after
 // this pass's twiddles.
@@ -223,14 +236,7 @@ const T* radixPass(Area<T> a, std::ptrdiff_t lo, std::ptrdiff_t hi, int done, co
     for (std::ptrdiff_t jb = 0; jb < qb; ++jb, tw += 2 * W * (R - 1)) {
         for (std::ptrdiff_t base = lo + jb; base < hi; base += span) {
             CV<V> x[R];
-            if constexpr (R == 4) {
-#pragma GCC unroll 4
-                for (int t = 0; t < R; ++t) x[t] = a.ld(base + t * qb);
-                fusedRadix4<T, Inv>(x, tw);
-            } else {
-                loadTwiddled<T, R, Inv>(x, [&](int p) { return a.ld(base + p * qb); }, tw);
-                dft<R, Inv>(x);
-            }
+            butterfly<T, R, Inv>(x, [&](int p) { return a.ld(base + p * qb); }, tw);
 #pragma GCC unroll 8
             for (int t = 0; t < R; ++t) a.st(base + t * qb, x[t]);
         }
@@ -248,14 +254,7 @@ void lastPass(Area<T> a, Dst dst, int done, const T* tw, T scale) {
     const V s = L::set1(scale);
     for (std::ptrdiff_t jb = 0; jb < qb; ++jb, tw += 2 * W * (R - 1)) {
         CV<V> x[R];
-        if constexpr (R == 4) {
-#pragma GCC unroll 4
-            for (int t = 0; t < R; ++t) x[t] = a.ld(jb + t * qb);
-            fusedRadix4<T, Inv>(x, tw);
-        } else {
-            loadTwiddled<T, R, Inv>(x, [&](int p) { return a.ld(jb + p * qb); }, tw);
-            dft<R, Inv>(x);
-        }
+        butterfly<T, R, Inv>(x, [&](int p) { return a.ld(jb + p * qb); }, tw);
 #pragma GCC unroll 8
         for (int t = 0; t < R; ++t) {
             CV<V> y = x[t];
