@@ -1,5 +1,5 @@
-// Plans of the power-of-two transforms: creation, commit, the core and tiled
-// methods, and the GetSize, Init and compute exports.
+// The power-of-two transforms: the core and tiled methods, and the GetSize,
+// Init and compute exports.
 #include <cmath>
 #include <cstring>
 
@@ -8,119 +8,39 @@
 
 namespace zet::plan {
 
-std::int32_t codeFromStatus(ZetStatus s) {
-    if (s == zetStsOk) return kOk;
-    if (s == zetStsNullPtrErr) return kNullArg;
-    if (s == zetStsMemErr) return kNoMemory;
-    return kFailed;
-}
-
-ZetStatus statusFromCode(std::int32_t code) {
-    switch (code) {
-        case 0: case 100: case 101: case 102: return zetStsOk;
-        case 1: case 3: case 5: return zetStsNullPtrErr;
-        case 2: return zetStsSpecMismatchErr;
-        default: return zetStsUnsupportedErr;
-    }
-}
-
 namespace {
 
 using fft::FFTCore;
 
-// The hook record: one slot, filled at the first plan creation, says how many
-// elements a thread should take (never consulted: the library runs one).
-using ThreadHook = std::int64_t (*)(std::int32_t);
-std::int64_t threadGrain(std::int32_t what) { return what == 1 ? 32768 : 1; }
-struct ThreadHooks { ThreadHook grain; };
-ThreadHooks gHooks{};
+// ------------------------------------------------------------ core method
 
-void planRelease(Plan* p) {
-    p->computeForward = p->computeInverse = nullptr;
-    p->flags &= ~1;
-}
-void planDestroy(Plan* p) { planRelease(p); }
-
-// ----------------------------------------------------------------- methods
-
-bool isDouble(Elem e) { return e == Elem::C64fc || e == Elem::C64f || e == Elem::R64f; }
-bool isSplit(Elem e) { return e == Elem::C32f || e == Elem::C64f; }
-std::int32_t bindingKind(Elem e) {
-    switch (e) {
-        case Elem::C32fc: return 1;
-        case Elem::C32f: return 2;
-        case Elem::R32f: return 3;
-        case Elem::C64fc: return 4;
-        case Elem::C64f: return 5;
-        default: return 6;
-    }
+ZetStatus fftCount(const Plan* p, int flag, CoreBytes* out) {
+    if (flag == 0) return zetStsFFTFlagErr;
+    const fft::CoreSizes s = fft::coreSizes(isDouble(p->elem), p->order);
+    *out = CoreBytes{s.spec, s.init, s.work};
+    return zetStsOk;
 }
 
-// The flag that the placeholder or real scale pattern stands for.
-int scaleFlag(const Plan* p) {
-    if (p->fwdScale == 1.0) return p->invScale == 1.0 ? ZET_SCALE_NONE : ZET_SCALE_INV;
-    if (p->invScale == 1.0) return ZET_SCALE_FWD;
-    if (p->fwdScale == p->invScale) return ZET_SCALE_SYM;
-    return 0;
-}
-
-// Plan-path compute entries of the core method: the same as the direct
-// route with the result translated to a plan code.
-template <bool Inv>
-std::int32_t coreCompute(const Plan* p, const void* src, void* dst, std::int32_t, std::int32_t, Zet8u* work) {
-    const auto* b = static_cast<const Binding*>(p->binding);
-    const auto* core = static_cast<const FFTCore*>(b->pow2Core);
-    using Fn = ZetStatus (*)(const void*, void*, const FFTCore*, Zet8u*);
-    return codeFromStatus(reinterpret_cast<Fn>(b->entries[Inv ? 1 : 0])(src, dst, core, work));
-}
-
-void bindEntries(Binding* b, Elem e) {
-    switch (e) {
+ZetStatus fftBuild(const Plan* p, int flag, void* mem, Zet8u* init, Binding* b) {
+    auto* core = static_cast<FFTCore*>(mem);
+    const ZetStatus st = isDouble(p->elem) ? fft::coreInit64(core, p->order, flag, init)
+                                           : fft::coreInit32(core, p->order, flag, init);
+    if (st != zetStsOk) return st;
+    // The split forms share every table with the interleaved core.
+    if (p->elem == Elem::C32f) core->id = fft::kCore32f;
+    if (p->elem == Elem::C64f) core->id = fft::kCore64f;
+    b->pow2Core = core;
+    switch (p->elem) {
         case Elem::C32fc: b->entries[0] = reinterpret_cast<void*>(&fft::fwd32fc); b->entries[1] = reinterpret_cast<void*>(&fft::inv32fc); break;
         case Elem::C32f: b->entries[0] = reinterpret_cast<void*>(&fft::fwd32f); b->entries[1] = reinterpret_cast<void*>(&fft::inv32f); break;
         case Elem::C64fc: b->entries[0] = reinterpret_cast<void*>(&fft::fwd64fc); b->entries[1] = reinterpret_cast<void*>(&fft::inv64fc); break;
         case Elem::C64f: b->entries[0] = reinterpret_cast<void*>(&fft::fwd64f); b->entries[1] = reinterpret_cast<void*>(&fft::inv64f); break;
         default: break;
     }
+    return zetStsOk;
 }
 
-std::int32_t coreCommit(const Method* self, Plan* p) {
-    Allocator* al = p->allocator;
-    const bool dbl = isDouble(p->elem);
-    const int flag = scaleFlag(p);
-    const std::int64_t bindingBytes = p->domain == kReal ? 128 : 64;
-    if (al->mode == kCounting) {
-        if (flag == 0) return kFailed;
-        const fft::CoreSizes s = fft::coreSizes(dbl, p->order);
-        al->spec->take(bindingBytes);
-        al->spec->take(s.spec);
-        al->init->take(s.init);
-        al->work->take(s.work);
-        return kOk;
-    }
-    auto* b = static_cast<Binding*>(al->spec->take(bindingBytes));
-    auto* core = static_cast<FFTCore*>(al->spec->next());
-    Zet8u* init = reinterpret_cast<Zet8u*>(al->init->base);
-    if (!b) return kNullArg;
-    std::memset(b, 0, static_cast<std::size_t>(bindingBytes));
-    const ZetStatus st = dbl ? fft::coreInit64(core, p->order, flag, init) : fft::coreInit32(core, p->order, flag, init);
-    if (const std::int32_t code = codeFromStatus(st)) return code;
-    al->spec->take(fft::coreSizes(dbl, p->order).spec);
-    // The split forms share every table with the interleaved core.
-    if (p->elem == Elem::C32f) core->id = fft::kCore32f;
-    if (p->elem == Elem::C64f) core->id = fft::kCore64f;
-    b->kind = bindingKind(p->elem);
-    b->pow2Core = core;
-    bindEntries(b, p->elem);
-    p->binding = b;
-    p->method = self;
-    p->computeForward = &coreCompute<false>;
-    p->computeInverse = &coreCompute<true>;
-    p->commitState = kCommitted;
-    return kOk;
-}
-
-void noRelease(const Method*, Plan*) {}
+const CoreOps kFFTOps{&fftCount, &fftBuild};
 
 // The tiled method's binding begins with the word 0 and then its object.
 struct TiledBinding {
@@ -161,88 +81,15 @@ std::int32_t tiledCommit(const Method* self, Plan* p) {
     return kOk;
 }
 
-const Method kCoreMethod{&coreCommit, &noRelease};
+void noRelease(const Method*, Plan*) {}
+
 const Method kTiledMethod{&tiledCommit, &noRelease};
 const Method* const kMethodsTiledFirst[] = {&kTiledMethod, &kCoreMethod, nullptr};
 const Method* const kMethodsCore[] = {&kCoreMethod, nullptr};
 
-// ------------------------------------------------------------ plan create
-
-// Lays the plan (building) or fills the caller's stack copy (counting).
-// Returns the plan, or null when the arena cannot hold it.
-Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, Elem e, int order, ZetHint hint,
-             std::int64_t* countStore = nullptr) {
-    Plan* p = stackPlan;
-    void* block = al->spec->take(kPlanBytes);
-    if (al->mode == kBuilding) {
-        std::memset(static_cast<unsigned char*>(block) + sizeof(SpecObject), 0, kPlanBytes - sizeof(SpecObject));
-        p = reinterpret_cast<Plan*>(static_cast<unsigned char*>(block) + sizeof(SpecObject));
-        obj->plan = p;
-    } else {
-        std::memset(p, 0, sizeof(Plan));
-    }
-    auto* dims = static_cast<std::int64_t*>(al->spec->take(24));
-    auto* batch = static_cast<std::int64_t*>(al->spec->take(24));
-    if (al->mode == kBuilding && (!dims || !batch)) {
-        planDestroy(p);
-        return nullptr;
-    }
-    // A counting plan keeps its triples in the caller's stack.
-    if (al->mode == kCounting) { dims = countStore; batch = countStore + 3; }
-    const std::int64_t n = std::int64_t{1} << order;
-    dims[0] = n; dims[1] = 1; dims[2] = 1;
-    batch[0] = 1; batch[1] = 0; batch[2] = 0;
-    p->dims = dims;
-    p->batch = batch;
-    p->rank = 1;
-    p->batchRank = 1;
-    p->allocator = al;
-    p->precision = isDouble(e) ? kDouble : kSingle;
-    p->domain = (e == Elem::R32f || e == Elem::R64f) ? kReal : kComplex;
-    p->release = &planRelease;
-    p->destroy = &planDestroy;
-    p->threadHooks = &gHooks;
-    if (!gHooks.grain) gHooks.grain = &threadGrain;
-    p->storage = kInterleaved; p->attr1 = kSplit; p->attr2 = 40; p->placement = kInPlace;
-    p->attr3[0] = kCCS; p->attr3[1] = 51; p->attr3[2] = 48; p->attr3[3] = 53;
-    p->commitState = kUncommitted;
-    p->magic = kMagic;
-    p->threads = 1;
-    p->fwdScale = p->invScale = 1.0;
-    p->hint = hint;
-    p->elem = e;
-    p->order = order;
-    p->methods = e == Elem::C32fc ? kMethodsTiledFirst : kMethodsCore;
-    // The persistent allocator record sits in the object's own memory.
-    auto* rec = static_cast<unsigned char*>(al->spec->take(192));
-    if (al->mode == kBuilding) {
-        if (!rec) {
-            p->allocator = nullptr;
-        } else {
-            auto* copy = reinterpret_cast<Allocator*>(rec);
-            auto* specCopy = reinterpret_cast<Arena*>(rec + 64);
-            auto* initCopy = reinterpret_cast<Arena*>(rec + 128);
-            *specCopy = *al->spec;
-            *initCopy = *al->init;
-            *copy = Allocator{specCopy, initCopy, al->work, al->mode};
-            p->allocator = copy;
-        }
-    }
-    return p;
-}
-
-std::int32_t commit(Plan* p) {
-    p->commitRank = p->rank;
-    for (int i = 0; i < 3; ++i) { p->commitDims[i] = p->dims[i]; p->commitBatch[i] = p->batch[i]; }
-    p->fwdScale32 = static_cast<float>(p->fwdScale);
-    p->invScale32 = static_cast<float>(p->invScale);
-    p->threads = 1;
-    std::int32_t last = kOk;
-    for (const Method* const* m = p->methods; *m; ++m) {
-        last = (*m)->commit(*m, p);
-        if (last == kOk) return kOk;
-    }
-    return last == kDeclined ? kNullArg : last;
+PlanSetup setupOf(Elem e, int order, ZetHint hint) {
+    return PlanSetup{e, std::int64_t{1} << order, order, hint,
+                     e == Elem::C32fc ? kMethodsTiledFirst : kMethodsCore, &kFFTOps};
 }
 
 // ------------------------------------------------------------------ exports
@@ -255,24 +102,6 @@ int getSizeLimit(Elem e) {
     }
 }
 int initLimit(Elem e) { return isDouble(e) ? 27 : 28; }
-
-bool validFlag(int flag) {
-    const unsigned f = static_cast<unsigned>(flag) - 1u;
-    return f <= 7u && ((139u >> f) & 1u);
-}
-
-void placeholderScales(Plan* p, int flag) {
-    p->fwdScale = (flag == ZET_SCALE_FWD || flag == ZET_SCALE_SYM) ? 0.5 : 1.0;
-    p->invScale = (flag == ZET_SCALE_INV || flag == ZET_SCALE_SYM) ? 0.5 : 1.0;
-}
-
-void realScales(Plan* p, int flag, int order) {
-    const double n = static_cast<double>(static_cast<std::int32_t>(std::int64_t{1} << order));
-    p->fwdScale = p->invScale = 1.0;
-    if (flag == ZET_SCALE_FWD) p->fwdScale = 1.0 / n;
-    if (flag == ZET_SCALE_INV) p->invScale = 1.0 / n;
-    if (flag == ZET_SCALE_SYM) p->fwdScale = p->invScale = 1.0 / std::sqrt(n);
-}
 
 ZetStatus getSize(Elem e, int order, int flag, ZetHint hint, int* pSpec, int* pInit, int* pWork) {
     if (order > 30 || order < 0) return zetStsFFTOrderErr;
@@ -291,7 +120,7 @@ ZetStatus getSize(Elem e, int order, int flag, ZetHint hint, int* pSpec, int* pI
     Allocator al{&spec, &init, &work, kCounting};
     Plan stack;
     std::int64_t triples[6];
-    Plan* p = create(&stack, nullptr, &al, e, order, hint, triples);
+    Plan* p = create(&stack, nullptr, &al, setupOf(e, order, hint), triples);
     placeholderScales(p, flag);
     const std::int32_t code = commit(p);
     if (code != kOk) {
@@ -309,19 +138,19 @@ ZetStatus init(Elem e, SpecT** ppSpec, int order, int flag, ZetHint hint, Zet8u*
     if (!ppSpec) return zetStsNullPtrErr;
     if (order > initLimit(e) || order < 0) return zetStsFFTOrderErr;
     if (!specBuf) return zetStsNullPtrErr;
-    auto* obj = reinterpret_cast<SpecObject*>((reinterpret_cast<std::uintptr_t>(specBuf) + 63) & ~std::uintptr_t{63});
+    SpecObject* obj = objectAt(specBuf);
     obj->word = static_cast<std::uint32_t>(e);
     obj->plan = nullptr;
     Arena spec{0, static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(obj))};
     Arena ini{0, static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(initBuf))};
     Arena work{0, 0};
     Allocator al{&spec, &ini, &work, kBuilding};
-    Plan* p = create(nullptr, obj, &al, e, order, hint);
+    Plan* p = create(nullptr, obj, &al, setupOf(e, order, hint));
     if (!p) return statusFromCode(kNoMemory);
     if (!validFlag(flag)) return zetStsFFTFlagErr;
     if (isSplit(e)) p->storage = kSplit;
     p->placement = kInPlace;
-    realScales(p, flag, order);
+    realScales(p, flag, std::int64_t{1} << order);
     const std::int32_t code = commit(p);
     *ppSpec = reinterpret_cast<SpecT*>(obj);
     return statusFromCode(code);

@@ -1,4 +1,4 @@
-// The object layer of every Fourier operation: a transform object object wraps a plan
+// The object layer of every Fourier operation: a transform object wraps a plan
 // whose candidate methods accept or decline at commit; the one that accepts
 // binds a core and its direct entries. One routine lays the objects both for
 // counting sizes (arenas without a base) and for building them.
@@ -44,6 +44,7 @@ struct Allocator {
 constexpr std::int32_t kCounting = 1, kBuilding = 2;
 
 struct Plan;
+struct Binding;
 struct Method {
     std::int32_t (*commit)(const Method*, Plan*);
     void (*release)(const Method*, Plan*);
@@ -84,7 +85,9 @@ struct Plan {
     std::int64_t commitBatch[3];
     // What the methods build from.
     Elem elem;
-    std::int32_t order;
+    std::int32_t order;  // power-of-two families
+    std::int64_t length;
+    const struct CoreOps* coreOps;
 };
 
 // The transform object: identifying word, the plan pointer, the plan.
@@ -106,5 +109,48 @@ struct Binding {
 
 std::int32_t codeFromStatus(ZetStatus s);
 ZetStatus statusFromCode(std::int32_t code);
+
+struct CoreBytes { std::int64_t spec, init, work; };
+
+// What the core method of a family builds: its byte counts for a plan and a
+// scale flag, and the core itself with the binding's cores and entries.
+struct CoreOps {
+    ZetStatus (*count)(const Plan* p, int flag, CoreBytes* out);
+    ZetStatus (*build)(const Plan* p, int flag, void* core, Zet8u* init, Binding* b);
+};
+
+// The core method: binds whatever the plan's CoreOps build.
+extern const Method kCoreMethod;
+
+struct PlanSetup {
+    Elem elem;
+    std::int64_t length;
+    std::int32_t order;
+    ZetHint hint;
+    const Method* const* methods;
+    const CoreOps* coreOps;
+};
+
+// Lays the plan into the object (building) or fills the caller's stack copy
+// (counting; its triples go to `countStore`, six values). Null when the
+// arena cannot hold it.
+Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, const PlanSetup& s, std::int64_t* countStore = nullptr);
+std::int32_t commit(Plan* p);
+
+bool isDouble(Elem e);
+bool isSplit(Elem e);
+std::int32_t bindingKind(Elem e);
+// The flag that the (placeholder or real) scale pattern stands for; 0 for none.
+int scaleFlag(const Plan* p);
+// 1, 2, 4 or 8: `flag - 1` at most 7 with its bit in the mask 139.
+bool validFlag(int flag);
+void placeholderScales(Plan* p, int flag);
+// The factors in double from N as a signed 32-bit value.
+void realScales(Plan* p, int flag, std::int64_t n);
+
+// The transform object at the first 64-byte boundary of a caller's buffer.
+inline SpecObject* objectAt(const void* buf) {
+    return reinterpret_cast<SpecObject*>((reinterpret_cast<std::uintptr_t>(buf) + 63) & ~std::uintptr_t{63});
+}
 
 }  // namespace zet::plan
