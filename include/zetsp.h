@@ -767,6 +767,10 @@ ZETAPI ZetStatus zetsRShiftC_32s(const Zet32s* pSrc, int val, Zet32s* pDst, int 
 ZETAPI ZetStatus zetsRShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
 
 
+/* ==== Format conversion ================================================== */
+
+/* ==== Fourier transforms ================================================= */
+
 /* ---- Power-of-two FFT ----
  * Protocol: GetSize gives the byte counts of the transform object, the init
  * scratch and the work buffer; Init lays the object into the caller's buffer
@@ -804,6 +808,57 @@ ZETAPI ZetStatus zetsFFTFwd_CToC_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm,
 ZETAPI ZetStatus zetsFFTInv_CToC_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDstRe, Zet64f* pDstIm, const ZetsFFTSpec_C_64f* pSpec, Zet8u* pWork);
 ZETAPI ZetStatus zetsFFTFwd_CToC_64f_I(Zet64f* pSrcDstRe, Zet64f* pSrcDstIm, const ZetsFFTSpec_C_64f* pSpec, Zet8u* pWork);
 ZETAPI ZetStatus zetsFFTInv_CToC_64f_I(Zet64f* pSrcDstRe, Zet64f* pSrcDstIm, const ZetsFFTSpec_C_64f* pSpec, Zet8u* pWork);
+
+/* ---- Real FFT (CCS, Pack and Perm layouts) ----
+ * The transform of N = 2^order real samples, computed as a complex transform
+ * of N/2 points plus a recombination. The spectrum X[k] = R[k] + i*I[k] is
+ * conjugate-symmetric, so half of it is stored, in one of three layouts:
+ *   CCS:  R0, 0, R1, I1, ..., R(N/2-1), I(N/2-1), R(N/2), 0   (N + 2 reals)
+ *   Pack: R0, R1, I1, ..., R(N/2-1), I(N/2-1), R(N/2)         (N reals)
+ *   Perm: R0, R(N/2), R1, I1, ..., R(N/2-1), I(N/2-1)         (N reals)
+ * (N = 1: R0 alone, CCS R0, 0.) An in-place CCS forward transform needs room
+ * for N + 2 reals. The protocol is that of the complex FFT: GetSize, Init
+ * (orders up to 28 single, 27 double), then any number of calls with a work
+ * buffer of the size given. A scaled forward transform scales before the
+ * recombination, an inverse after its complex pass. */
+ZETAPI ZetStatus zetsFFTGetSize_R_32f(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsFFTGetSize_R_64f(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsFFTInit_R_32f(ZetsFFTSpec_R_32f** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsFFTInit_R_64f(ZetsFFTSpec_R_64f** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsFFTFwd_RToCCS_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToCCS_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CCSToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CCSToR_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToCCS_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToCCS_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CCSToR_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CCSToR_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPack_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPack_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PackToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PackToR_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPack_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPack_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PackToR_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PackToR_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPerm_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPerm_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PermToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PermToR_32f_I(Zet32f* pSrcDst, const ZetsFFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPerm_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTFwd_RToPerm_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PermToR_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_PermToR_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
+
+/* ---- Spectrum layouts ---- */
+
+/* ---- Arbitrary-length DFT ---- */
+
+/* ---- Half-precision transforms ---- */
+
+/* ---- Hilbert transform ---- */
+
+/* ---- Discrete cosine transform ---- */
 
 #ifdef __cplusplus
 }

@@ -261,18 +261,18 @@ void columnPass(const FFTCore* c, D data, int order, int depth, T* work, bool sc
 }
 
 template <class T, bool Inv, class Src, class Dst>
-void large(const FFTCore* c, Src src, Dst dst, T* work, bool scaled, T scale) {
-    permute(src, dst, c->order, c->bitReverse, work);
-    columnPass<T, Inv>(c, dst, c->order, 0, work, scaled, scale);
+void large(const FFTCore* c, int order, Src src, Dst dst, T* work, bool scaled, T scale) {
+    permute(src, dst, order, c->bitReverse, work);
+    columnPass<T, Inv>(c, dst, order, 0, work, scaled, scale);
 }
 
 // ---------------------------------------------------------------- dispatch
 
+// The transform of `order` on the core's tables; a real core runs its
+// half-length transform through here with the real length's factor.
 template <class T, bool Inv, class Src, class Dst>
-void execute(const FFTCore* c, Src src, Dst dst, bool shared, bool dstAligned, T* work) {
-    const int order = c->order;
-    const bool scaled = Inv ? c->scaleInverse : c->scaleForward;
-    const T scale = kDbl<T> ? static_cast<T>(c->scale64) : static_cast<T>(c->scale32);
+void execute(const FFTCore* c, int order, bool scaled, T scale, Src src, Dst dst, bool shared, bool dstAligned,
+             T* work) {
     if (order <= 6) {
         if (scaled) runCodelet<T, Inv, true>(order, src, dst, scale);
         else runCodelet<T, Inv, false>(order, src, dst, scale);
@@ -288,7 +288,14 @@ void execute(const FFTCore* c, Src src, Dst dst, bool shared, bool dstAligned, T
         else runPasses<T, Inv, false>(a, dst, order, table, scale);
         return;
     }
-    large<T, Inv>(c, src, dst, work, scaled, scale);
+    large<T, Inv>(c, order, src, dst, work, scaled, scale);
+}
+
+template <class T, bool Inv, class Src, class Dst>
+void execute(const FFTCore* c, Src src, Dst dst, bool shared, bool dstAligned, T* work) {
+    const T scale = kDbl<T> ? static_cast<T>(c->scale64) : static_cast<T>(c->scale32);
+    execute<T, Inv>(c, c->order, Inv ? c->scaleInverse != 0 : c->scaleForward != 0, scale, src, dst, shared,
+                    dstAligned, work);
 }
 
 template <class T>
@@ -343,12 +350,12 @@ void largeSizes(bool dbl, int order, std::int64_t& spec, std::int64_t& work) {
     if (work < (e << b)) work = e << b;
 }
 
-template <class T>
-ZetStatus coreInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t id) {
+}  // namespace
+
+ZetStatus coreHeader(FFTCore* c, int order, int flag, std::int64_t n, std::int32_t id) {
     std::memset(c, 0, sizeof(FFTCore));
     c->id = id;
     c->order = order;
-    const std::int64_t n = std::int64_t{1} << order;
     switch (flag) {
         case ZET_SCALE_FWD: c->scaleForward = 1; break;
         case ZET_SCALE_INV: c->scaleInverse = 1; break;
@@ -363,15 +370,12 @@ ZetStatus coreInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t
         c->scale64 = 1.0 / static_cast<double>(n);
         c->scale32 = 1.0f / static_cast<float>(n);
     }
-    if (order < 7) return zetStsOk;
+    return zetStsOk;
+}
 
-    Sine<T> sine{sineTable1024(T()), 10};
-    if (order > 10) {
-        if (!initBuf) return zetStsNullPtrErr;
-        T* s = alignUp<T>(initBuf);
-        buildSine(s, order);
-        sine = {s, order};
-    }
+template <class T>
+void coreTables(FFTCore* c, int order, const Sine<T>& sine) {
+    const std::int64_t n = std::int64_t{1} << order;
     constexpr int W = Lanes<T>::W;
     Zet8u* mem = reinterpret_cast<Zet8u*>(c) + 256;
     if (order <= kMidMax<T>) {
@@ -381,7 +385,7 @@ ZetStatus coreInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t
         c->twiddles = tw;
         buildPassTable(tw, order, sine, W);
         c->workBytes = static_cast<std::int32_t>(align64(kElem<T> * n));
-        return zetStsOk;
+        return;
     }
     // Large form: middle-bit reversal of the tiles, the leaf's pass table,
     // then per level the lane roots (A) and the column-group roots (B).
@@ -418,6 +422,35 @@ ZetStatus coreInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t
     const std::int64_t floor = kDbl<T> ? 32768 : 65536;
     if (work < floor) work = floor;
     c->workBytes = static_cast<std::int32_t>(work);
+}
+template void coreTables(FFTCore*, int, const Sine<float>&);
+template void coreTables(FFTCore*, int, const Sine<double>&);
+
+template <class T, bool Inv>
+void complexPass(const FFTCore* c, int order, const T* src, T* dst, T* work, bool scaled, T scale) {
+    execute<T, Inv>(c, order, scaled, scale, Inter<T>{const_cast<T*>(src)}, Inter<T>{dst}, src == dst,
+                    aligned32(dst), work);
+}
+template void complexPass<float, false>(const FFTCore*, int, const float*, float*, float*, bool, float);
+template void complexPass<float, true>(const FFTCore*, int, const float*, float*, float*, bool, float);
+template void complexPass<double, false>(const FFTCore*, int, const double*, double*, double*, bool, double);
+template void complexPass<double, true>(const FFTCore*, int, const double*, double*, double*, bool, double);
+
+namespace {
+
+template <class T>
+ZetStatus coreInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t id) {
+    const std::int64_t n = std::int64_t{1} << order;
+    if (auto s = coreHeader(c, order, flag, n, id)) return s;
+    if (order < 7) return zetStsOk;
+    Sine<T> sine{sineTable1024(T()), 10};
+    if (order > 10) {
+        if (!initBuf) return zetStsNullPtrErr;
+        T* s = alignUp<T>(initBuf);
+        buildSine(s, order);
+        sine = {s, order};
+    }
+    coreTables<T>(c, order, sine);
     return zetStsOk;
 }
 

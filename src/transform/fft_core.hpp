@@ -65,6 +65,26 @@ ZetStatus inv64fc(const Zet64fc* src, Zet64fc* dst, const FFTCore* core, Zet8u* 
 ZetStatus fwd64f(const Zet64f* sre, const Zet64f* sim, Zet64f* dre, Zet64f* dim, const FFTCore* core, Zet8u* work);
 ZetStatus inv64f(const Zet64f* sre, const Zet64f* sim, Zet64f* dre, Zet64f* dim, const FFTCore* core, Zet8u* work);
 
+// Pieces of a core for the real transforms, which hold the complex tables of
+// half their length: the fixed part with the scale of length `n` (id 0 and
+// zetStsFFTFlagErr for a bad flag); the tables of `order` behind the fixed
+// part from a sine table covering it; the transform of `order` on those
+// tables, unchecked, scaled by `scale` when `scaled`.
+ZetStatus coreHeader(FFTCore* c, int order, int flag, std::int64_t n, std::int32_t id);
+template <class T> struct Sine;
+template <class T> void coreTables(FFTCore* c, int order, const Sine<T>& sine);
+template <class T, bool Inv>
+void complexPass(const FFTCore* c, int order, const T* src, T* dst, T* work, bool scaled, T scale);
+
+// The real transform of 2^order samples (ids 6 and 9). Its entries, in the
+// binding's order: forward CCS, inverse CCS, forward Pack, inverse Pack,
+// forward Perm, inverse Perm; each takes (src, dst, core, work).
+struct RealEntries { void* entry[6]; };
+CoreSizes realCoreSizes(bool dbl, int order);
+ZetStatus realCoreInit32(FFTCore* c, int order, int flag, Zet8u* initBuf);
+ZetStatus realCoreInit64(FFTCore* c, int order, int flag, Zet8u* initBuf);
+const RealEntries& realEntries(bool dbl);
+
 // The tiled single-precision method for 128..2048 points without scaling.
 struct TiledPlan;
 std::int64_t tiledSpecBytes(int order);  // its object (128 bytes) and table

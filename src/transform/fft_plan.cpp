@@ -42,6 +42,27 @@ ZetStatus fftBuild(const Plan* p, int flag, void* mem, Zet8u* init, Binding* b) 
 
 const CoreOps kFFTOps{&fftCount, &fftBuild};
 
+// Real cores: the count refuses what no type limit stops (order 30 single).
+ZetStatus realCount(const Plan* p, int flag, CoreBytes* out) {
+    if (flag == 0) return zetStsFFTFlagErr;
+    if (p->order > 29) return zetStsFFTOrderErr;
+    const fft::CoreSizes s = fft::realCoreSizes(isDouble(p->elem), p->order);
+    *out = CoreBytes{s.spec, s.init, s.work};
+    return zetStsOk;
+}
+
+ZetStatus realBuild(const Plan* p, int flag, void* mem, Zet8u* init, Binding* b) {
+    auto* core = static_cast<FFTCore*>(mem);
+    const bool dbl = isDouble(p->elem);
+    const ZetStatus st = dbl ? fft::realCoreInit64(core, p->order, flag, init) : fft::realCoreInit32(core, p->order, flag, init);
+    if (st != zetStsOk) return st;
+    b->pow2Core = core;
+    for (int i = 0; i < 6; ++i) b->entries[i] = fft::realEntries(dbl).entry[i];
+    return zetStsOk;
+}
+
+const CoreOps kRealOps{&realCount, &realBuild};
+
 // The tiled method's binding begins with the word 0 and then its object.
 struct TiledBinding {
     std::int32_t kind;  // 0
@@ -88,8 +109,9 @@ const Method* const kMethodsTiledFirst[] = {&kTiledMethod, &kCoreMethod, nullptr
 const Method* const kMethodsCore[] = {&kCoreMethod, nullptr};
 
 PlanSetup setupOf(Elem e, int order, ZetHint hint) {
+    const bool real = e == Elem::R32f || e == Elem::R64f;
     return PlanSetup{e, std::int64_t{1} << order, order, hint,
-                     e == Elem::C32fc ? kMethodsTiledFirst : kMethodsCore, &kFFTOps};
+                     e == Elem::C32fc ? kMethodsTiledFirst : kMethodsCore, real ? &kRealOps : &kFFTOps};
 }
 
 // ------------------------------------------------------------------ exports
@@ -111,9 +133,13 @@ ZetStatus getSize(Elem e, int order, int flag, ZetHint hint, int* pSpec, int* pI
     const std::int64_t n = std::int64_t{1} << order;
     if (order <= 10) {
         const bool dbl = isDouble(e);
-        *pSpec = static_cast<int>((dbl ? 18 : 16) * n + 2048);
+        const bool real = e == Elem::R32f || e == Elem::R64f;
+        // A real type holds half the complex tables and half the data.
+        const std::int64_t specPer = dbl ? 18 : (real ? 9 : 16);
+        const std::int64_t workPer = (dbl ? 16 : 8) / (real ? 2 : 1);
+        *pSpec = static_cast<int>(specPer * n + 2048);
         *pInit = 0;
-        *pWork = order < 7 ? 0 : static_cast<int>((dbl ? 16 : 8) * n + 128);
+        *pWork = order < (real ? 6 : 7) ? 0 : static_cast<int>(workPer * n + 128);
         return zetStsOk;
     }
     Arena spec{0, 0}, init{0, 0}, work{0, 0};
@@ -159,22 +185,26 @@ ZetStatus init(Elem e, SpecT** ppSpec, int order, int flag, ZetHint hint, Zet8u*
 // Compute routing: the binding's direct entry when its kind matches, else
 // the plan's entry, which insists on a work pointer.
 template <bool Inv, class... Data>
-ZetStatus viaBinding(const SpecObject* obj, std::int32_t kind, Zet8u* work, const void* src, void* dst, Data... split) {
+ZetStatus viaBinding(const SpecObject* obj, std::int32_t kind, std::int32_t fmt, Zet8u* work, const void* src,
+                     void* dst, Data... split) {
     const Plan* p = obj->plan;
     const auto* b = static_cast<const Binding*>(p->binding);
     if (b && b->kind == kind) {
-        using Fn = ZetStatus (*)(Data..., const FFTCore*, Zet8u*);
+        // Real bindings hold one pair of entries per spectrum format.
+        const int at = (fmt ? 2 * (fmt - kCCS) : 0) + (Inv ? 1 : 0);
+        const auto* core = static_cast<const FFTCore*>(b->pow2Core);
         if constexpr (sizeof...(Data) == 0) {
-            using F2 = ZetStatus (*)(const void*, void*, const FFTCore*, Zet8u*);
-            return reinterpret_cast<F2>(b->entries[Inv ? 1 : 0])(src, dst, static_cast<const FFTCore*>(b->pow2Core), work);
+            using Fn = ZetStatus (*)(const void*, void*, const FFTCore*, Zet8u*);
+            return reinterpret_cast<Fn>(b->entries[at])(src, dst, core, work);
         } else {
-            return reinterpret_cast<Fn>(b->entries[Inv ? 1 : 0])(split..., static_cast<const FFTCore*>(b->pow2Core), work);
+            using Fn = ZetStatus (*)(Data..., const FFTCore*, Zet8u*);
+            return reinterpret_cast<Fn>(b->entries[at])(split..., core, work);
         }
     }
     if (!work) return zetStsNullPtrErr;
     const Compute c = Inv ? p->computeInverse : p->computeForward;
     if (!c) return zetStsUnsupportedErr;
-    return statusFromCode(c(p, src, dst, 0, 0, work));
+    return statusFromCode(c(p, src, dst, fmt, 0, work));
 }
 
 const SpecObject* objOf(const void* spec) { return static_cast<const SpecObject*>(spec); }
@@ -184,27 +214,35 @@ ZetStatus complexCall(Elem e, const T* src, T* dst, const void* spec, Zet8u* wor
     if (!spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
     if (!src || !dst) return zetStsNullPtrErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), work, src, dst);
+    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, src, dst);
 }
 template <bool Inv, class T>
 ZetStatus complexInPlace(Elem e, T* sd, const void* spec, Zet8u* work) {
     if (!sd || !spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), work, sd, sd);
+    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, sd, sd);
 }
 template <bool Inv, class T>
 ZetStatus splitCall(Elem e, const T* sr, const T* si, T* dr, T* di, const void* spec, Zet8u* work) {
     if (!spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
     if (!sr || !si || !dr || !di) return zetStsNullPtrErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), work, nullptr, nullptr, sr, si, dr, di);
+    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, nullptr, nullptr, sr, si, dr, di);
 }
 template <bool Inv, class T>
 ZetStatus splitInPlace(Elem e, T* re, T* im, const void* spec, Zet8u* work) {
     if (!re || !im || !spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), work, nullptr, nullptr,
+    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, nullptr, nullptr,
                            static_cast<const T*>(re), static_cast<const T*>(im), re, im);
+}
+
+template <bool Inv, class T>
+ZetStatus realCall(Elem e, std::int32_t fmt, const T* src, T* dst, const void* spec, Zet8u* work) {
+    if (!spec) return zetStsNullPtrErr;
+    if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
+    if (!src || !dst) return zetStsNullPtrErr;
+    return viaBinding<Inv>(objOf(spec), bindingKind(e), fmt, work, src, dst);
 }
 
 }  // namespace
@@ -220,10 +258,15 @@ ZetStatus zetsFFTGetSize_C_32f(int o, int f, ZetHint h, int* s, int* i, int* w) 
 ZetStatus zetsFFTGetSize_C_64fc(int o, int f, ZetHint h, int* s, int* i, int* w) { return zp::getSize(Elem::C64fc, o, f, h, s, i, w); }
 ZetStatus zetsFFTGetSize_C_64f(int o, int f, ZetHint h, int* s, int* i, int* w) { return zp::getSize(Elem::C64f, o, f, h, s, i, w); }
 
+ZetStatus zetsFFTGetSize_R_32f(int o, int f, ZetHint h, int* s, int* i, int* w) { return zp::getSize(Elem::R32f, o, f, h, s, i, w); }
+ZetStatus zetsFFTGetSize_R_64f(int o, int f, ZetHint h, int* s, int* i, int* w) { return zp::getSize(Elem::R64f, o, f, h, s, i, w); }
+
 ZetStatus zetsFFTInit_C_32fc(ZetsFFTSpec_C_32fc** pp, int o, int f, ZetHint h, Zet8u* s, Zet8u* i) { return zp::init(Elem::C32fc, pp, o, f, h, s, i); }
 ZetStatus zetsFFTInit_C_32f(ZetsFFTSpec_C_32f** pp, int o, int f, ZetHint h, Zet8u* s, Zet8u* i) { return zp::init(Elem::C32f, pp, o, f, h, s, i); }
 ZetStatus zetsFFTInit_C_64fc(ZetsFFTSpec_C_64fc** pp, int o, int f, ZetHint h, Zet8u* s, Zet8u* i) { return zp::init(Elem::C64fc, pp, o, f, h, s, i); }
 ZetStatus zetsFFTInit_C_64f(ZetsFFTSpec_C_64f** pp, int o, int f, ZetHint h, Zet8u* s, Zet8u* i) { return zp::init(Elem::C64f, pp, o, f, h, s, i); }
+ZetStatus zetsFFTInit_R_32f(ZetsFFTSpec_R_32f** pp, int o, int f, ZetHint h, Zet8u* s, Zet8u* i) { return zp::init(Elem::R32f, pp, o, f, h, s, i); }
+ZetStatus zetsFFTInit_R_64f(ZetsFFTSpec_R_64f** pp, int o, int f, ZetHint h, Zet8u* s, Zet8u* i) { return zp::init(Elem::R64f, pp, o, f, h, s, i); }
 
 ZetStatus zetsFFTFwd_CToC_32fc(const Zet32fc* s, Zet32fc* d, const ZetsFFTSpec_C_32fc* p, Zet8u* w) { return zp::complexCall<false>(Elem::C32fc, s, d, p, w); }
 ZetStatus zetsFFTInv_CToC_32fc(const Zet32fc* s, Zet32fc* d, const ZetsFFTSpec_C_32fc* p, Zet8u* w) { return zp::complexCall<true>(Elem::C32fc, s, d, p, w); }
@@ -242,5 +285,30 @@ ZetStatus zetsFFTFwd_CToC_64f(const Zet64f* sr, const Zet64f* si, Zet64f* dr, Ze
 ZetStatus zetsFFTInv_CToC_64f(const Zet64f* sr, const Zet64f* si, Zet64f* dr, Zet64f* di, const ZetsFFTSpec_C_64f* p, Zet8u* w) { return zp::splitCall<true>(Elem::C64f, sr, si, dr, di, p, w); }
 ZetStatus zetsFFTFwd_CToC_64f_I(Zet64f* re, Zet64f* im, const ZetsFFTSpec_C_64f* p, Zet8u* w) { return zp::splitInPlace<false>(Elem::C64f, re, im, p, w); }
 ZetStatus zetsFFTInv_CToC_64f_I(Zet64f* re, Zet64f* im, const ZetsFFTSpec_C_64f* p, Zet8u* w) { return zp::splitInPlace<true>(Elem::C64f, re, im, p, w); }
+
+ZetStatus zetsFFTFwd_RToCCS_32f(const Zet32f* s, Zet32f* d, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<false>(Elem::R32f, zp::kCCS, s, d, p, w); }
+ZetStatus zetsFFTFwd_RToCCS_32f_I(Zet32f* sd, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<false>(Elem::R32f, zp::kCCS, sd, sd, p, w); }
+ZetStatus zetsFFTInv_CCSToR_32f(const Zet32f* s, Zet32f* d, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<true>(Elem::R32f, zp::kCCS, s, d, p, w); }
+ZetStatus zetsFFTInv_CCSToR_32f_I(Zet32f* sd, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<true>(Elem::R32f, zp::kCCS, sd, sd, p, w); }
+ZetStatus zetsFFTFwd_RToCCS_64f(const Zet64f* s, Zet64f* d, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<false>(Elem::R64f, zp::kCCS, s, d, p, w); }
+ZetStatus zetsFFTFwd_RToCCS_64f_I(Zet64f* sd, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<false>(Elem::R64f, zp::kCCS, sd, sd, p, w); }
+ZetStatus zetsFFTInv_CCSToR_64f(const Zet64f* s, Zet64f* d, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<true>(Elem::R64f, zp::kCCS, s, d, p, w); }
+ZetStatus zetsFFTInv_CCSToR_64f_I(Zet64f* sd, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<true>(Elem::R64f, zp::kCCS, sd, sd, p, w); }
+ZetStatus zetsFFTFwd_RToPack_32f(const Zet32f* s, Zet32f* d, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<false>(Elem::R32f, zp::kPack, s, d, p, w); }
+ZetStatus zetsFFTFwd_RToPack_32f_I(Zet32f* sd, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<false>(Elem::R32f, zp::kPack, sd, sd, p, w); }
+ZetStatus zetsFFTInv_PackToR_32f(const Zet32f* s, Zet32f* d, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<true>(Elem::R32f, zp::kPack, s, d, p, w); }
+ZetStatus zetsFFTInv_PackToR_32f_I(Zet32f* sd, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<true>(Elem::R32f, zp::kPack, sd, sd, p, w); }
+ZetStatus zetsFFTFwd_RToPack_64f(const Zet64f* s, Zet64f* d, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<false>(Elem::R64f, zp::kPack, s, d, p, w); }
+ZetStatus zetsFFTFwd_RToPack_64f_I(Zet64f* sd, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<false>(Elem::R64f, zp::kPack, sd, sd, p, w); }
+ZetStatus zetsFFTInv_PackToR_64f(const Zet64f* s, Zet64f* d, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<true>(Elem::R64f, zp::kPack, s, d, p, w); }
+ZetStatus zetsFFTInv_PackToR_64f_I(Zet64f* sd, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<true>(Elem::R64f, zp::kPack, sd, sd, p, w); }
+ZetStatus zetsFFTFwd_RToPerm_32f(const Zet32f* s, Zet32f* d, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<false>(Elem::R32f, zp::kPerm, s, d, p, w); }
+ZetStatus zetsFFTFwd_RToPerm_32f_I(Zet32f* sd, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<false>(Elem::R32f, zp::kPerm, sd, sd, p, w); }
+ZetStatus zetsFFTInv_PermToR_32f(const Zet32f* s, Zet32f* d, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<true>(Elem::R32f, zp::kPerm, s, d, p, w); }
+ZetStatus zetsFFTInv_PermToR_32f_I(Zet32f* sd, const ZetsFFTSpec_R_32f* p, Zet8u* w) { return zp::realCall<true>(Elem::R32f, zp::kPerm, sd, sd, p, w); }
+ZetStatus zetsFFTFwd_RToPerm_64f(const Zet64f* s, Zet64f* d, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<false>(Elem::R64f, zp::kPerm, s, d, p, w); }
+ZetStatus zetsFFTFwd_RToPerm_64f_I(Zet64f* sd, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<false>(Elem::R64f, zp::kPerm, sd, sd, p, w); }
+ZetStatus zetsFFTInv_PermToR_64f(const Zet64f* s, Zet64f* d, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<true>(Elem::R64f, zp::kPerm, s, d, p, w); }
+ZetStatus zetsFFTInv_PermToR_64f_I(Zet64f* sd, const ZetsFFTSpec_R_64f* p, Zet8u* w) { return zp::realCall<true>(Elem::R64f, zp::kPerm, sd, sd, p, w); }
 
 }  // extern "C"

@@ -1,0 +1,159 @@
+// The power-of-two real transform: a core of the real length that carries
+// the complex tables of half the length and the recombination tables.
+#include "transform/real_fft.hpp"
+
+#include "transform/fft_core.hpp"
+
+namespace zet::fft {
+
+namespace {
+
+template <class T> constexpr bool kDbl = sizeof(T) == 8;
+// From this order the recombination tables take their two-level shape.
+constexpr int kTwoLevelOrder = 19;
+
+template <class T> T* alignUp(void* p) {
+    return reinterpret_cast<T*>((reinterpret_cast<std::uintptr_t>(p) + 63) & ~std::uintptr_t{63});
+}
+
+// Bytes reserved per direction for the recombination table.
+std::int64_t recombineBytes(bool dbl, int order) {
+    const std::int64_t n = std::int64_t{1} << order;
+    if (order >= kTwoLevelOrder)
+        return dbl ? (std::int64_t{16} << (order - 12)) + 16447 : (std::int64_t{8} << (order - 12)) + 8255;
+    return dbl ? ((((4 * n) & ~std::int64_t{15}) + 63) & 0x3FFFFFC0) : ((((2 * n) & ~std::int64_t{7}) + 63) & 0x3FFFFFC0);
+}
+
+// Where the recombination tables start: behind the complex tables of
+// order - 1 when there are any.
+std::int64_t recombineOffset(bool dbl, int order) { return order >= 8 ? coreSizes(dbl, order - 1).spec : 256; }
+
+template <class T>
+ZetStatus realInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t id) {
+    const std::int64_t n = std::int64_t{1} << order;
+    if (auto s = coreHeader(c, order, flag, n, id)) return s;
+    if (order <= 4) return zetStsOk;
+    Sine<T> sine{sineTable1024(T()), 10};
+    if (order > 10) {
+        if (!initBuf) return zetStsNullPtrErr;
+        T* s = alignUp<T>(initBuf);
+        buildSine(s, order);
+        sine = {s, order};
+    }
+    // The half-length tables read the same sine table at twice the stride.
+    if (order >= 8) coreTables<T>(c, order - 1, sine);
+    Zet8u* base = reinterpret_cast<Zet8u*>(c) + recombineOffset(kDbl<T>, order);
+    T* first = reinterpret_cast<T*>(base);
+    T* second;
+    if (order < kTwoLevelOrder) {
+        second = reinterpret_cast<T*>(base + recombineBytes(kDbl<T>, order));
+        buildRecombinePow2(first, second, order, sine);
+    } else {
+        second = alignUp<T>(first + 2 * 1024);
+        buildRecombineTwoLevel(first, second, order, sine);
+    }
+    c->recombine[0] = first;
+    c->recombine[1] = second;
+    return zetStsOk;
+}
+
+template <class T>
+ZetStatus realChecks(const FFTCore* c, std::int32_t id, bool dataNull, Zet8u*& work) {
+    if (!c) return zetStsNullPtrErr;
+    if (c->id != id) return zetStsSpecMismatchErr;
+    if (c->workBytes <= 0 && c->order > 7) return zetStsMemErr;
+    if (dataNull) return zetStsNullPtrErr;
+    if (c->workBytes > 0) {
+        if (!work) return zetStsNullPtrErr;
+        work = alignUp<Zet8u>(work);
+    } else {
+        work = nullptr;
+    }
+    return zetStsOk;
+}
+
+template <class T, bool Inv>
+void recombineCore(const FFTCore* c, T* z, int order) {
+    const std::int64_t h = (std::int64_t{1} << order) / 2;
+    if (order >= kTwoLevelOrder) {
+        recombineTwoLevel<T, Inv>(z, h, static_cast<const T*>(c->recombine[0]), static_cast<const T*>(c->recombine[1]));
+    } else if (order >= 5) {
+        recombine<T, Inv>(z, h, static_cast<const T*>(c->recombine[Inv ? 1 : 0]));
+    } else {
+        // The codelet sizes keep no tables: at most four entries, from the
+        // static sine table.
+        T fwd[8], inv[8];
+        buildRecombinePow2(fwd, inv, order, Sine<T>{sineTable1024(T()), 10});
+        recombine<T, Inv>(z, h, Inv ? inv : fwd);
+    }
+}
+
+template <class T> T scaleOf(const FFTCore* c) {
+    return kDbl<T> ? static_cast<T>(c->scale64) : static_cast<T>(c->scale32);
+}
+
+template <class T, Layout F>
+ZetStatus realForward(const void* srcV, void* dstV, const void* coreV, Zet8u* work) {
+    const T* src = static_cast<const T*>(srcV);
+    T* dst = static_cast<T*>(dstV);
+    const auto* c = static_cast<const FFTCore*>(coreV);
+    if (auto s = realChecks<T>(c, kDbl<T> ? kCoreR64f : kCoreR32f, !src || !dst, work)) return s;
+    const int order = c->order;
+    const std::int64_t n = std::int64_t{1} << order;
+    const T scale = scaleOf<T>(c);
+    if (order == 0) {
+        dst[0] = c->scaleForward ? src[0] * scale : src[0];
+    } else {
+        // The factor goes in before the recombination, with the half transform.
+        complexPass<T, false>(c, order - 1, src, dst, reinterpret_cast<T*>(work), c->scaleForward != 0, scale);
+        recombineCore<T, false>(c, dst, order);
+    }
+    permTo(F, dst, n);
+    return zetStsOk;
+}
+
+template <class T, Layout F>
+ZetStatus realInverse(const void* srcV, void* dstV, const void* coreV, Zet8u* work) {
+    const T* src = static_cast<const T*>(srcV);
+    T* dst = static_cast<T*>(dstV);
+    const auto* c = static_cast<const FFTCore*>(coreV);
+    if (auto s = realChecks<T>(c, kDbl<T> ? kCoreR64f : kCoreR32f, !src || !dst, work)) return s;
+    const int order = c->order;
+    const std::int64_t n = std::int64_t{1} << order;
+    const T scale = scaleOf<T>(c);
+    if (order == 0) {
+        dst[0] = c->scaleInverse ? src[0] * scale : src[0];
+        return zetStsOk;
+    }
+    toPerm(F, src, dst, n);
+    recombineCore<T, true>(c, dst, order);
+    complexPass<T, true>(c, order - 1, dst, dst, reinterpret_cast<T*>(work), c->scaleInverse != 0, scale);
+    return zetStsOk;
+}
+
+template <class T>
+const RealEntries kEntries{{
+    reinterpret_cast<void*>(&realForward<T, Layout::CCS>), reinterpret_cast<void*>(&realInverse<T, Layout::CCS>),
+    reinterpret_cast<void*>(&realForward<T, Layout::Pack>), reinterpret_cast<void*>(&realInverse<T, Layout::Pack>),
+    reinterpret_cast<void*>(&realForward<T, Layout::Perm>), reinterpret_cast<void*>(&realInverse<T, Layout::Perm>),
+}};
+
+}  // namespace
+
+CoreSizes realCoreSizes(bool dbl, int order) {
+    if (order <= 4) return {208, 0, 0};
+    const std::int64_t t = recombineBytes(dbl, order);
+    if (order <= 7) return {2 * t + 256, 0, 0};
+    const CoreSizes half = coreSizes(dbl, order - 1);
+    const std::int64_t n = std::int64_t{1} << order;
+    const std::int64_t sine = dbl ? ((((2 * n) & ~std::int64_t{7}) + 71) & ~std::int64_t{63})
+                                  : (((n & ~std::int64_t{3}) + 67) & ~std::int64_t{63});
+    return {half.spec + 2 * t, order >= 11 ? sine + 64 : 0, half.work + 64};
+}
+
+ZetStatus realCoreInit32(FFTCore* c, int order, int flag, Zet8u* initBuf) { return realInit<float>(c, order, flag, initBuf, kCoreR32f); }
+ZetStatus realCoreInit64(FFTCore* c, int order, int flag, Zet8u* initBuf) { return realInit<double>(c, order, flag, initBuf, kCoreR64f); }
+
+const RealEntries& realEntries(bool dbl) { return dbl ? kEntries<double> : kEntries<float>; }
+
+}  // namespace zet::fft
