@@ -1,6 +1,7 @@
 // Forward power-of-two FFTs against FFTW 3 on the same buffers: interleaved
-// complex in single and double precision, and single precision with real and
-// imaginary parts in separate arrays against FFTW's split-array interface.
+// complex in single and double precision, single precision with real and
+// imaginary parts in separate arrays against FFTW's split-array interface,
+// and real input to the CCS layout against FFTW's r2c transform.
 // All out of place and unnormalised. The argument of each benchmark is the
 // length N; the _large families hold the lengths beyond 64 Ki points, so
 // that the closing summary gives a separate mean for them.
@@ -233,6 +234,85 @@ class Split {
   std::string error_;
 };
 
+// Real input to the CCS layout, which is FFTW's r2c output: N/2 + 1 complex
+// values, the same N + 2 reals.
+struct RealSingle {
+  using Real = float;
+  using Spec = ZetsFFTSpec_R_32f;
+  using Plan = fftwf_plan;
+  using Cx = fftwf_complex;
+  static constexpr double kTolerance = 1e-5;
+  static constexpr GetSizeFn getSize = zetsFFTGetSize_R_32f;
+  static constexpr InitFn<Spec> init = zetsFFTInit_R_32f;
+  static ZetStatus fwd(const Real* s, Real* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_RToCCS_32f(s, d, spec, w); }
+  static Plan plan(int n, Real* in, Cx* out) { return fftwf_plan_dft_r2c_1d(n, in, out, FFTW_MEASURE); }
+  static void execute(Plan p, Real* in, Cx* out) { fftwf_execute_dft_r2c(p, in, out); }
+  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+};
+
+struct RealDouble {
+  using Real = double;
+  using Spec = ZetsFFTSpec_R_64f;
+  using Plan = fftw_plan;
+  using Cx = fftw_complex;
+  static constexpr double kTolerance = 1e-12;
+  static constexpr GetSizeFn getSize = zetsFFTGetSize_R_64f;
+  static constexpr InitFn<Spec> init = zetsFFTInit_R_64f;
+  static ZetStatus fwd(const Real* s, Real* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_RToCCS_64f(s, d, spec, w); }
+  static Plan plan(int n, Real* in, Cx* out) { return fftw_plan_dft_r2c_1d(n, in, out, FFTW_MEASURE); }
+  static void execute(Plan p, Real* in, Cx* out) { fftw_execute_dft_r2c(p, in, out); }
+  static void destroy(Plan p) { fftw_destroy_plan(p); }
+};
+
+template <class P>
+class RealToCcs {
+ public:
+  using Real = typename P::Real;
+
+  explicit RealToCcs(int order)
+      : order_(order), n_(std::size_t{1} << order), in_(n_ * sizeof(Real)), out_((n_ + 2) * sizeof(Real)) {
+    error_ = setUp();
+  }
+  ~RealToCcs() {
+    if (plan_) P::destroy(plan_);
+  }
+  RealToCcs(const RealToCcs&) = delete;
+  RealToCcs& operator=(const RealToCcs&) = delete;
+
+  int order() const { return order_; }
+  const std::string& error() const { return error_; }
+  double bytesPerCall() const { return static_cast<double>((2 * n_ + 2) * sizeof(Real)); }
+
+  void ours() { P::fwd(in_.as<Real>(), out_.as<Real>(), ours_.spec, ours_.work->as()); }
+  void peer() { P::execute(plan_, in_.as<Real>(), out_.as<typename P::Cx>()); }
+
+ private:
+  std::string setUp() {
+    if (!in_ || !out_) return "out of memory";
+    if (std::string e = ours_.setUp(order_, P::getSize, P::init); !e.empty()) return e;
+    plan_ = P::plan(static_cast<int>(n_), in_.as<Real>(), out_.as<typename P::Cx>());
+    if (!plan_) return "FFTW could not plan";
+    fillRandom(in_.as<Real>(), n_, 1);
+    Buffer ref((n_ + 2) * sizeof(Real));
+    if (!ref) return "out of memory";
+    if (P::fwd(in_.as<Real>(), ref.as<Real>(), ours_.spec, ours_.work->as()) != zetStsOk)
+      return "our forward FFT failed";
+    peer();
+    RmsError rms;
+    rms.add(ref.as<Real>(), out_.as<Real>(), n_ + 2);
+    const double err = rms.relative();
+    if (!(err <= P::kTolerance)) return disagreement(err, P::kTolerance);
+    return {};
+  }
+
+  int order_;
+  std::size_t n_;
+  Buffer in_, out_;
+  OurSpec<typename P::Spec> ours_;
+  typename P::Plan plan_ = nullptr;
+  std::string error_;
+};
+
 // The runner calls a benchmark several times for one length while it settles
 // the iteration count; the set-up of the last length is kept for that. The
 // previous one is released first, so that two large ones never coexist.
@@ -273,6 +353,8 @@ const bool kRegistered = [] {
   addLengths("FFTFwd_C_64fc_vs_fftw", forward<Interleaved<Double>>, 6, 16);
   addLengths("FFTFwd_C_64fc_large_vs_fftw", forward<Interleaved<Double>>, 17, 20);
   addLengths("FFTFwd_C_32f_split_vs_fftwf", forward<Split>, 6, 16);
+  addLengths("FFTFwd_R_32f_CCS_vs_fftwf_r2c", forward<RealToCcs<RealSingle>>, 6, 16);
+  addLengths("FFTFwd_R_64f_CCS_vs_fftw_r2c", forward<RealToCcs<RealDouble>>, 6, 16);
   return true;
 }();
 
