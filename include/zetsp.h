@@ -769,6 +769,16 @@ ZETAPI ZetStatus zetsRShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
 
 /* ==== Format conversion ================================================== */
 
+/* Half precision (Zet16f, IEEE binary16) to and from single. Processors that
+ * convert half precision themselves do so; others take a bit-level route that
+ * gives the same bits, whatever the thread's flush-to-zero and
+ * denormals-are-zero settings. 16f32f is exact. 32f16f takes rndMode 0
+ * (toward zero: finite values beyond the half range give the largest finite
+ * half) or 1 (nearest even: from 65520 on, infinity); any other mode gives
+ * zetStsRoundModeValueErr. A NaN comes out quiet with its top payload bits. */
+ZETAPI ZetStatus zetsConvert_16f32f(const Zet16f* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_32f16f(const Zet32f* pSrc, Zet16f* pDst, int len, ZetRoundMode rndMode);
+
 /* ==== Fourier transforms ================================================= */
 
 /* ---- Power-of-two FFT ----
@@ -850,11 +860,83 @@ ZETAPI ZetStatus zetsFFTFwd_RToPerm_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_6
 ZETAPI ZetStatus zetsFFTInv_PermToR_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
 ZETAPI ZetStatus zetsFFTInv_PermToR_64f_I(Zet64f* pSrcDst, const ZetsFFTSpec_R_64f* pSpec, Zet8u* pWork);
 
-/* ---- Spectrum layouts ---- */
+/* ---- Spectrum layouts: expansion and products ----
+ * A real transform of len samples keeps half of its conjugate-symmetric
+ * spectrum X[k] = R[k] + i I[k] as reals, in one of three layouts:
+ *   CCS   R0, 0, R1, I1, ..., R(len/2), 0         len + 2 reals (odd len: len + 1,
+ *                                                 ending in the last pair)
+ *   Pack  R0, R1, I1, ..., R(len/2)               len reals (odd len: ends in a pair)
+ *   Perm  R0, R(len/2), R1, I1, ...               len reals (odd len: as Pack)
+ * Conj expands a packed spectrum (reals) into all len complex values, the
+ * upper half as mirrored conjugates; the zero imaginary parts it writes are
+ * +0. The _I forms take the packed input at the front of the complex array
+ * and expand it in place, back to front. The 64-bit Conj forms check the
+ * pointers before the length, as the others do. */
+ZETAPI ZetStatus zetsConjCcs_32fc(const Zet32f* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsConjCcs_32fc_I(Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConjCcs_32fc_L(const Zet32f* pSrc, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsConjCcs_32fc_I_L(Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsConjCcs_64fc(const Zet64f* pSrc, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsConjCcs_64fc_I(Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConjCcs_64fc_L(const Zet64f* pSrc, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsConjCcs_64fc_I_L(Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsConjPack_32fc(const Zet32f* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsConjPack_32fc_I(Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConjPack_32fc_L(const Zet32f* pSrc, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsConjPack_32fc_I_L(Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsConjPack_64fc(const Zet64f* pSrc, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsConjPack_64fc_I(Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConjPack_64fc_L(const Zet64f* pSrc, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsConjPack_64fc_I_L(Zet64fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsConjPerm_32fc(const Zet32f* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsConjPerm_32fc_I(Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConjPerm_64fc(const Zet64f* pSrc, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsConjPerm_64fc_I(Zet64fc* pSrcDst, int len);
+/* Products of two spectra in Pack or Perm layout (len reals each): lanes that
+ * hold a lone real multiply as reals, pairs as complex values with the
+ * rounding of zetsMul_32fc (a from src1, b from src2). _I: srcDst = srcDst * src.
+ * A call whose destination equals a source runs as the _I form on the other
+ * source. MulPackConj_I: srcDst[k] = src[k] * conj(srcDst[k]), the array it
+ * writes being the conjugated one. */
+ZETAPI ZetStatus zetsMulPack_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMulPack_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulPack_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMulPack_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulPerm_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMulPerm_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulPerm_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMulPerm_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulPackConj_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMulPackConj_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
 
 /* ---- Arbitrary-length DFT ---- */
 
-/* ---- Half-precision transforms ---- */
+/* ---- Half-precision transforms ----
+ * The Zet16fc FFT has no kernels of its own: it widens the data into the work
+ * buffer, runs the single-precision FFT there and rounds the result back to
+ * nearest even. GetSize gives the C_32fc sizes with 20 bytes more spec and
+ * 8 << order bytes more work; the flag is one of ZET_SCALE_*. Orders up to 27:
+ * at 28 the work size passes what an int holds (zetStsLengthLimitErr).
+ * The object lies at the very start of the spec buffer (no alignment of its
+ * own). pSrc may equal pDst. Thread state: zetsFFTInit_C_16fc, once its arguments passed the
+ * checks, turns flush-to-zero and denormals-are-zero on for the calling
+ * thread and leaves them on (even if building the inner transform fails):
+ * later floating-point work of that thread, inside the library or not, treats
+ * single-precision denormals as zero. No other transform touches it.
+ * The Direct forms sum the DFT term by term in single precision, with no
+ * object, no scaling and no use of pWork (which may be NULL; pSrc may equal
+ * pDst), for the lengths
+ * 4, 8, 12, 16, 24, 32, 36, 48, 60, 64, 72, 96, 108, 120, 128, 144, 180, 192,
+ * 216, 240, 256, 288, 300, 324, 360, 384, 432, 480, 512, 540, 576, 600, 648,
+ * 720, 768, 864, 900, 960, 972, 1024, 1080, 1152, 1200, 1296, 1440, 1500,
+ * 1536, 1620, 1728, 1800, 1920, 1944, 2048, 2160, 2304, 2400, 2592, 2700,
+ * 2880, 2916, 3000, 3072, 3240, 4096; any other gives zetStsSizeErr. */
+ZETAPI ZetStatus zetsFFTGetSize_C_16fc(int order, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsFFTInit_C_16fc(ZetsFFTSpec_C_16fc** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsFFTFwd_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, const ZetsFFTSpec_C_16fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsFFTInv_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, const ZetsFFTSpec_C_16fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_Direct_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, int length, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_Direct_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, int length, Zet8u* pWork);
 
 /* ---- Hilbert transform ---- */
 

@@ -1,0 +1,359 @@
+// Half-precision conversions, zetsConvert_16f32f and zetsConvert_32f16f,
+// against a scalar reference stated from the binary16 format itself, on
+// both routes: this executable defines its own ownGetFeature, which takes
+// precedence over zetcore's for the library's calls, so a test can send the
+// exports down the software route on a processor that has the conversion
+// instructions (and count the questions asked).
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+#include <immintrin.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "zetcore.h"
+#include "zetsp.h"
+#include "zettest.hpp"
+
+namespace {
+enum Route { kAsIs, kSoftware, kHardware };
+Route g_route = kAsIs;
+long g_f16cQuestions = 0;
+
+int realFeature(unsigned long long mask) {
+    using Fn = int (*)(unsigned long long);
+    static const Fn fn = reinterpret_cast<Fn>(dlsym(RTLD_NEXT, "ownGetFeature"));
+    return fn(mask);
+}
+}  // namespace
+
+extern "C" int ownGetFeature(unsigned long long mask) {
+    if (mask == ZET_FEATURE_F16C) {
+        ++g_f16cQuestions;
+        if (g_route != kAsIs) return g_route == kHardware ? 1 : 0;
+    }
+    return realFeature(mask);
+}
+
+namespace {
+
+using zettest::bitsOf;
+using zettest::fromBits;
+using zettest::GuardedRegion;
+
+const bool kHasF16C = realFeature(ZET_FEATURE_F16C) != 0;
+
+// The routes a test runs: software always, hardware where the processor has it.
+std::vector<Route> routes() {
+    std::vector<Route> r{kSoftware};
+    if (kHasF16C) r.push_back(kHardware);
+    return r;
+}
+const char* routeName(Route r) { return r == kSoftware ? "software" : "hardware"; }
+
+struct RouteScope {
+    explicit RouteScope(Route r) { g_route = r; }
+    ~RouteScope() { g_route = kAsIs; }
+};
+
+// ---- reference ------------------------------------------------------------------
+// binary16: sign, 5 exponent bits (bias 15), 10 mantissa bits.
+
+std::uint32_t refWiden(std::uint16_t h) {
+    const std::uint32_t sign = std::uint32_t{h & 0x8000u} << 16;
+    const int e = (h >> 10) & 31, m = h & 0x3FF;
+    if (e == 31) return sign | 0x7F800000u | (m ? 0x00400000u | (std::uint32_t(m) << 13) : 0u);  // NaNs come out quiet
+    // A normal half is (1024 + m) 2^(e - 25), a denormal m 2^-24: exact in float.
+    const float v = e ? std::ldexp(float(1024 + m), e - 25) : std::ldexp(float(m), -24);
+    return sign | bitsOf(v);
+}
+
+// mode 0 toward zero, 1 nearest even.
+std::uint16_t refNarrow(float x, int mode) {
+    const std::uint32_t b = static_cast<std::uint32_t>(bitsOf(x));
+    const std::uint16_t sign = static_cast<std::uint16_t>((b >> 16) & 0x8000);
+    if (std::isnan(x)) return sign | 0x7E00 | ((b >> 13) & 0x3FF);
+    if (std::isinf(x)) return sign | 0x7C00;
+    const double a = std::fabs(static_cast<double>(x));
+    if (a == 0) return sign;
+    // The half step at a's binade (2^-24 for everything below 2^-14), and a in such steps.
+    int e2;
+    std::frexp(a, &e2);  // a in [2^(e2-1), 2^e2)
+    const int step = std::max(e2 - 1, -14) - 10;
+    const double q = std::ldexp(a, -step);  // exact: a has 24 bits
+    double r = std::floor(q);
+    if (mode == 1) {
+        const double frac = q - r;
+        if (frac > 0.5 || (frac == 0.5 && std::fmod(r, 2.0) != 0)) r += 1;
+    }
+    const double v = std::ldexp(r, step);
+    if (v >= 65536.0) return sign | (mode == 1 ? 0x7C00 : 0x7BFF);
+    if (v < std::ldexp(1.0, -14)) return sign | static_cast<std::uint16_t>(r);  // denormal: r steps of 2^-24
+    int ev;
+    const double f = std::frexp(v, &ev);  // v = f 2^ev, f in [0.5, 1)
+    const int mant = static_cast<int>(std::ldexp(f, 11)) - 1024;
+    return sign | static_cast<std::uint16_t>(((ev - 1 + 15) << 10) | mant);
+}
+
+// Half bits for failure messages (AssertionResult streams each operand into a
+// fresh message, so std::hex would not stick).
+std::string hex16(unsigned v) {
+    char buf[8];
+    std::snprintf(buf, sizeof buf, "0x%04x", v & 0xFFFFu);
+    return buf;
+}
+
+float asFloat(std::uint32_t b) { return fromBits<float>(b); }
+
+// The floats that matter for narrowing: every half value, each midpoint
+// between neighbouring halves (the ties) and the floats beside it, the
+// binade edges, float denormals, the overflow threshold, huge values,
+// infinities and NaNs of every kind, and a sweep over all bit patterns.
+std::vector<float> narrowingInputs() {
+    std::vector<float> v;
+    for (std::uint32_t h = 0; h < 0x7C00; ++h) {
+        const std::uint32_t lo = refWiden(static_cast<std::uint16_t>(h)), hi = refWiden(static_cast<std::uint16_t>(h + 1));
+        const double mid = (static_cast<double>(asFloat(lo)) + asFloat(hi)) / 2;  // exact in float
+        const std::uint32_t m = static_cast<std::uint32_t>(bitsOf(static_cast<float>(mid)));
+        for (std::uint32_t x : {lo, lo + 1, m - 1, m, m + 1, hi - 1})
+            for (std::uint32_t s : {0u, 0x80000000u}) v.push_back(asFloat(x | s));
+    }
+    for (std::uint32_t x : {0x477FE000u, 0x477FEFFFu, 0x477FF000u, 0x477FF001u, 0x477FFFFFu, 0x47800000u, 0x47800001u,
+                            0x4F000000u, 0x7F7FFFFFu, 0x7F800000u, 0x7F800001u, 0x7F802000u, 0x7FA00000u, 0x7FBFFFFFu,
+                            0x7FC00000u, 0x7FC01FFFu, 0x7FFFFFFFu, 0x00000001u, 0x007FFFFFu, 0x00800000u, 0x33000000u,
+                            0x33000001u, 0x32FFFFFFu, 0x33800000u, 0x337FFFFFu, 0x387FC000u, 0x387FE000u, 0x387FF000u,
+                            0x387FFFFFu, 0x38800000u})
+        for (std::uint32_t s : {0u, 0x80000000u}) v.push_back(asFloat(x | s));
+    for (std::uint64_t x = 0; x < (std::uint64_t{1} << 32); x += 997) v.push_back(asFloat(static_cast<std::uint32_t>(x)));
+    std::mt19937_64 rng(16);
+    std::vector<float> r(100000);
+    zettest::fillFloats(r.data(), r.size(), rng, 4);
+    v.insert(v.end(), r.begin(), r.end());
+    return v;
+}
+
+std::vector<std::uint16_t> allHalves() {
+    std::vector<std::uint16_t> h(65536);
+    for (std::uint32_t i = 0; i < h.size(); ++i) h[i] = static_cast<std::uint16_t>(i);
+    return h;
+}
+
+// The control word without the exception flags.
+unsigned controls() { return _mm_getcsr() & ~0x3Fu; }
+
+struct ControlWordScope {
+    unsigned saved = _mm_getcsr();
+    ~ControlWordScope() { _mm_setcsr(saved); }
+};
+
+// ---- 16f -> 32f ----------------------------------------------------------------------
+
+TEST(Convert16f32f, EveryHalfOnEveryRoute) {
+    const auto h = allHalves();
+    for (Route r : routes()) {
+        RouteScope scope(r);
+        std::vector<float> out(h.size());
+        ASSERT_EQ(zetsConvert_16f32f(h.data(), out.data(), static_cast<int>(h.size())), zetStsOk);
+        for (std::size_t i = 0; i < h.size(); ++i)
+            ASSERT_EQ(bitsOf(out[i]), refWiden(h[i])) << routeName(r) << " half " << hex16(h[i]);
+    }
+}
+
+// zetsFFTInit_C_16fc leaves flush-to-zero and denormals-are-zero on; half
+// denormals must still widen to their values, on both routes.
+TEST(Convert16f32f, ControlWordChangesNothing) {
+    const auto h = allHalves();
+    for (unsigned bits : {0x8040u, 0xE040u, 0x6000u, 0x2000u}) {
+        for (Route r : routes()) {
+            RouteScope scope(r);
+            std::vector<float> out(h.size());
+            ZetStatus st;
+            {
+                ControlWordScope cw;
+                _mm_setcsr((_mm_getcsr() & ~0xE040u) | bits);
+                st = zetsConvert_16f32f(h.data(), out.data(), static_cast<int>(h.size()));
+            }
+            ASSERT_EQ(st, zetStsOk);
+            for (std::size_t i = 0; i < h.size(); ++i)
+                ASSERT_EQ(bitsOf(out[i]), refWiden(h[i])) << routeName(r) << " csr bits " << hex16(bits) << " half " << hex16(h[i]);
+        }
+    }
+}
+
+// ---- 32f -> 16f ----------------------------------------------------------------------
+
+class Convert32f16f : public ::testing::Test {
+protected:
+    // The inputs and, per mode, their reference results (worked out once,
+    // under the default control word).
+    struct Data {
+        std::vector<float> in;
+        std::vector<std::uint16_t> want[2];
+    };
+    static void SetUpTestSuite() {
+        data_ = new Data{narrowingInputs(), {}};
+        for (int mode : {0, 1})
+            for (float x : data_->in) data_->want[mode].push_back(refNarrow(x, mode));
+    }
+    static void TearDownTestSuite() {
+        delete data_;
+        data_ = nullptr;
+    }
+
+    // Every input through the export in one call, against the reference.
+    static ::testing::AssertionResult matches(int mode) {
+        const auto& in = data_->in;
+        std::vector<std::uint16_t> out(in.size());
+        const ZetStatus st = zetsConvert_32f16f(in.data(), out.data(), static_cast<int>(in.size()), mode);
+        if (st != zetStsOk) return ::testing::AssertionFailure() << "status " << st;
+        for (std::size_t i = 0; i < in.size(); ++i) {
+            const std::uint16_t want = data_->want[mode][i];
+            if (out[i] != want)
+                return ::testing::AssertionFailure() << "mode " << mode << " input " << zettest::hexBits(in[i]) << " got "
+                                                     << hex16(out[i]) << " want " << hex16(want);
+        }
+        return ::testing::AssertionSuccess();
+    }
+
+private:
+    static Data* data_;
+};
+Convert32f16f::Data* Convert32f16f::data_ = nullptr;
+
+TEST_F(Convert32f16f, TiesDenormalsOverflowAndNaNsInBothModesOnEveryRoute) {
+    for (Route r : routes())
+        for (int mode : {0, 1}) {
+            RouteScope scope(r);
+            EXPECT_TRUE(matches(mode)) << routeName(r);
+        }
+}
+
+TEST_F(Convert32f16f, ReferencePoints) {
+    struct Case { float x; int mode; std::uint16_t want; };
+    const Case cases[] = {
+        {1.0f, 1, 0x3C00}, {-2.0f, 0, 0xC000}, {65504.0f, 1, 0x7BFF}, {65519.996f, 1, 0x7BFF},
+        {65520.0f, 1, 0x7C00}, {65520.0f, 0, 0x7BFF}, {1e30f, 0, 0x7BFF}, {-1e30f, 1, 0xFC00},
+        {std::ldexp(1.0f, -24), 1, 0x0001}, {std::ldexp(1.0f, -25), 1, 0x0000},  // a tie to even zero
+        {std::ldexp(3.0f, -25), 1, 0x0002},                                      // 1.5 steps: to even 2
+        {std::ldexp(1.0f, -25) * 1.0000001f, 1, 0x0001}, {std::ldexp(1023.0f, -24), 0, 0x03FF},
+        {std::ldexp(2047.0f, -25), 1, 0x0400},                                   // carry into the first normal
+        {1.0f + std::ldexp(1.0f, -11), 1, 0x3C00}, {1.0f + 3 * std::ldexp(1.0f, -11), 1, 0x3C02},
+        {1.0f + std::ldexp(1.0f, -11), 0, 0x3C00}, {-0.0f, 1, 0x8000},
+    };
+    for (Route r : routes()) {
+        RouteScope scope(r);
+        for (const Case& c : cases) {
+            std::uint16_t out = 0xAAAA;
+            ASSERT_EQ(zetsConvert_32f16f(&c.x, &out, 1, c.mode), zetStsOk);
+            EXPECT_EQ(out, c.want) << routeName(r) << " " << c.x << " mode " << c.mode;
+            EXPECT_EQ(refNarrow(c.x, c.mode), c.want) << c.x;
+        }
+    }
+}
+
+// Whatever the caller's flush-to-zero, denormals-are-zero and rounding
+// direction, the bits follow the mode alone; and the control bits the
+// software route clears for mode 1 are back afterwards.
+TEST_F(Convert32f16f, ControlWordChangesNothingAndIsRestored) {
+    for (unsigned bits : {0x8040u, 0xE040u, 0x6000u, 0x2000u, 0x4000u}) {
+        for (Route r : routes()) {
+            for (int mode : {0, 1}) {
+                RouteScope scope(r);
+                ControlWordScope cw;
+                _mm_setcsr((_mm_getcsr() & ~0xE040u) | bits);
+                const unsigned before = controls();
+                const auto res = matches(mode);
+                const unsigned after = controls();
+                _mm_setcsr(cw.saved);
+                EXPECT_TRUE(res) << routeName(r) << " csr bits " << hex16(bits);
+                EXPECT_EQ(after, before) << routeName(r) << " mode " << mode;
+            }
+        }
+    }
+}
+
+// ---- both: lengths, placements, checks, the question asked --------------------------
+
+TEST(ConvertHalf, EveryLengthAgainstTheGuardPages) {
+    std::mt19937_64 rng(7);
+    for (Route r : routes()) {
+        RouteScope scope(r);
+        for (int len : zettest::kernelLengths()) {
+            const std::size_t n = static_cast<std::size_t>(len);
+            GuardedRegion hr(n * 2 + 128), fr(n * 4 + 128);
+            std::vector<float> fsrc(n);
+            zettest::fillFloats(fsrc.data(), n, rng, 4);
+            std::vector<std::uint16_t> hsrc(n);
+            for (auto& h : hsrc) h = static_cast<std::uint16_t>(rng());
+            for (auto place : {zettest::Placement{zettest::Placement::Tail, 0}, zettest::Placement{zettest::Placement::Head, 0},
+                               zettest::Placement{zettest::Placement::Offset, 1}, zettest::Placement{zettest::Placement::Offset, 6}}) {
+                // 16f -> 32f: source and destination against the guards in turn.
+                auto* hs = zettest::place<Zet16f>(hr, place, n);
+                auto* fd = zettest::place<Zet32f>(fr, place, n);
+                std::memcpy(hs, hsrc.data(), n * 2);
+                ASSERT_EQ(zetsConvert_16f32f(hs, fd, len), zetStsOk);
+                for (std::size_t i = 0; i < n; ++i) {
+                    float v;
+                    std::memcpy(&v, reinterpret_cast<const unsigned char*>(fd) + 4 * i, 4);
+                    ASSERT_EQ(bitsOf(v), refWiden(hsrc[i])) << routeName(r) << " len " << len << " at " << i;
+                }
+                // 32f -> 16f
+                auto* fs = zettest::place<Zet32f>(fr, place, n);
+                auto* hd = zettest::place<Zet16f>(hr, place, n);
+                std::memcpy(fs, fsrc.data(), n * 4);
+                for (int mode : {0, 1}) {
+                    ASSERT_EQ(zetsConvert_32f16f(fs, hd, len, mode), zetStsOk);
+                    for (std::size_t i = 0; i < n; ++i) {
+                        std::uint16_t h;
+                        std::memcpy(&h, reinterpret_cast<const unsigned char*>(hd) + 2 * i, 2);
+                        ASSERT_EQ(h, refNarrow(fsrc[i], mode)) << routeName(r) << " len " << len << " at " << i;
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(ConvertHalf, StatusOrderAndNothingWrittenOnError) {
+    Zet16f h[4] = {0x3C00, 0x3C00, 0x3C00, 0x3C00};
+    float f[4] = {1, 1, 1, 1};
+    const Zet16f hGuard = 0x5555;
+    Zet16f hOut[4] = {hGuard, hGuard, hGuard, hGuard};
+    float fOut[4] = {-7, -7, -7, -7};
+    // 16f32f: pointers, then the length.
+    EXPECT_EQ(zetsConvert_16f32f(nullptr, fOut, 4), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16f32f(h, nullptr, 4), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16f32f(nullptr, nullptr, 0), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16f32f(h, fOut, 0), zetStsSizeErr);
+    EXPECT_EQ(zetsConvert_16f32f(h, fOut, -1), zetStsSizeErr);
+    // 32f16f: pointers, then the length, then the mode; only 0 and 1 pass.
+    EXPECT_EQ(zetsConvert_32f16f(nullptr, hOut, 4, 1), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_32f16f(f, nullptr, 4, 1), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_32f16f(nullptr, hOut, 0, 2), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_32f16f(f, hOut, 0, 1), zetStsSizeErr);
+    EXPECT_EQ(zetsConvert_32f16f(f, hOut, -5, 2), zetStsSizeErr);
+    for (int mode : {2, 3, 7, -1, 0x7FFFFFFF}) EXPECT_EQ(zetsConvert_32f16f(f, hOut, 4, mode), zetStsRoundModeValueErr) << mode;
+    for (float v : fOut) EXPECT_EQ(v, -7.0f);
+    for (Zet16f v : hOut) EXPECT_EQ(v, hGuard);
+}
+
+// The feature is asked on every call that converts, and not before the checks pass.
+TEST(ConvertHalf, AsksForTheFeatureOnEveryCall) {
+    Zet16f h[3] = {0x3C00, 0x4000, 0x4200};
+    float f[3];
+    const long before = g_f16cQuestions;
+    ASSERT_EQ(zetsConvert_16f32f(h, f, 3), zetStsOk);
+    ASSERT_EQ(zetsConvert_32f16f(f, h, 3, 0), zetStsOk);
+    ASSERT_EQ(zetsConvert_32f16f(f, h, 3, 1), zetStsOk);
+    EXPECT_EQ(g_f16cQuestions - before, 3);
+    EXPECT_EQ(zetsConvert_32f16f(f, h, 3, 2), zetStsRoundModeValueErr);
+    EXPECT_EQ(g_f16cQuestions - before, 3);
+}
+
+}  // namespace

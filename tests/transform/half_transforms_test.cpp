@@ -1,0 +1,517 @@
+// Half-precision transforms: the Zet16fc FFT against the single-precision
+// FFT of the widened input rounded back to half, bit for bit; its sizes,
+// statuses and the thread state its Init leaves behind; the spec at every
+// offset of its buffer; and the direct DFT against the sum stated literally.
+//
+// Like convert_tests, this executable defines its own ownGetFeature so that
+// both conversion routes run through the exports, and so that it can count
+// the feature questions of the direct forms.
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+#include <immintrin.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "zetcore.h"
+#include "zetsp.h"
+#include "zettest.hpp"
+
+namespace {
+enum Route { kAsIs, kSoftware, kHardware };
+Route g_route = kAsIs;
+long g_dftQuestions = 0;
+constexpr unsigned long long kDftFeature = 0x1000000000ULL;
+
+int realFeature(unsigned long long mask) {
+    using Fn = int (*)(unsigned long long);
+    static const Fn fn = reinterpret_cast<Fn>(dlsym(RTLD_NEXT, "ownGetFeature"));
+    return fn(mask);
+}
+}  // namespace
+
+extern "C" int ownGetFeature(unsigned long long mask) {
+    if (mask == kDftFeature) ++g_dftQuestions;
+    if (mask == ZET_FEATURE_F16C && g_route != kAsIs) return g_route == kHardware ? 1 : 0;
+    return realFeature(mask);
+}
+
+namespace {
+
+using zettest::bitsOf;
+using zettest::GuardedRegion;
+
+std::vector<Route> routes() {
+    std::vector<Route> r{kSoftware};
+    if (realFeature(ZET_FEATURE_F16C)) r.push_back(kHardware);
+    return r;
+}
+const char* routeName(Route r) { return r == kSoftware ? "software" : "hardware"; }
+struct RouteScope {
+    explicit RouteScope(Route r) { g_route = r; }
+    ~RouteScope() { g_route = kAsIs; }
+};
+
+constexpr unsigned kFtzDaz = 0x8040;  // flush-to-zero (bit 15), denormals-are-zero (bit 6)
+
+// Every test leaves the thread's control word as it found it.
+class HalfTransform : public ::testing::Test {
+protected:
+    void SetUp() override { saved_ = _mm_getcsr(); }
+    void TearDown() override { _mm_setcsr(saved_); }
+    static void clearFtzDaz() { _mm_setcsr(_mm_getcsr() & ~kFtzDaz); }
+    static unsigned ftzDaz() { return _mm_getcsr() & kFtzDaz; }
+
+private:
+    unsigned saved_ = 0;
+};
+
+// Half data through the verified conversions (convert_tests).
+std::vector<float> widen(const std::vector<Zet16f>& h) {
+    std::vector<float> f(h.size());
+    EXPECT_EQ(zetsConvert_16f32f(h.data(), f.data(), static_cast<int>(h.size())), zetStsOk);
+    return f;
+}
+std::vector<Zet16f> toHalf(const std::vector<float>& f) {
+    std::vector<Zet16f> h(f.size());
+    EXPECT_EQ(zetsConvert_32f16f(f.data(), h.data(), static_cast<int>(f.size()), 1), zetStsOk);
+    return h;
+}
+// n complex values, parts uniform in [-1, 1], as halves.
+std::vector<Zet16f> randomHalves(std::size_t n, std::mt19937_64& rng) {
+    std::uniform_real_distribution<float> u(-1.0f, 1.0f);
+    std::vector<float> f(2 * n);
+    for (auto& v : f) v = u(rng);
+    return toHalf(f);
+}
+
+// Half bits for failure messages (AssertionResult streams each operand into a
+// fresh message, so std::hex would not stick).
+std::string hex16(unsigned v) {
+    char buf[8];
+    std::snprintf(buf, sizeof buf, "0x%04x", v & 0xFFFFu);
+    return buf;
+}
+
+::testing::AssertionResult sameHalves(const Zet16f* got, const std::vector<Zet16f>& want) {
+    for (std::size_t i = 0; i < want.size(); ++i) {
+        Zet16f g;
+        std::memcpy(&g, reinterpret_cast<const unsigned char*>(got) + 2 * i, 2);
+        if (g != want[i])
+            return ::testing::AssertionFailure() << "half " << i << " (element " << i / 2 << "): got " << hex16(g)
+                                                 << " want " << hex16(want[i]);
+    }
+    return ::testing::AssertionSuccess();
+}
+
+const Zet16fc* asC(const Zet16f* p) { return reinterpret_cast<const Zet16fc*>(p); }
+Zet16fc* asC(Zet16f* p) { return reinterpret_cast<Zet16fc*>(p); }
+
+// ---- FFT: sizes --------------------------------------------------------------------
+
+TEST_F(HalfTransform, FFTGetSizeIsTheSinglePrecisionSizePlusTheDataCopy) {
+    for (int order = 0; order <= 28; ++order) {
+        for (int flag : {ZET_SCALE_FWD, ZET_SCALE_INV, ZET_SCALE_SYM, ZET_SCALE_NONE}) {
+            int s = 0, i = 0, w = 0, s16 = -1, i16 = -1, w16 = -1;
+            ASSERT_EQ(zetsFFTGetSize_C_32fc(order, flag, 0, &s, &i, &w), zetStsOk) << order;
+            const ZetStatus st = zetsFFTGetSize_C_16fc(order, flag, 0, &s16, &i16, &w16);
+            const long long work = w + (8LL << order);
+            if (work > 2147483487LL) {
+                // The data copy takes the work size past an int.
+                EXPECT_EQ(st, zetStsLengthLimitErr) << order;
+                EXPECT_EQ(w16, -1);
+                continue;
+            }
+            ASSERT_EQ(st, zetStsOk) << "order " << order << " flag " << flag;
+            EXPECT_EQ(s16, s + 20) << order;
+            EXPECT_EQ(i16, i) << order;
+            EXPECT_EQ(w16, work) << order;
+            int h1 = 0, h2 = 0, h3 = 0;
+            EXPECT_EQ(zetsFFTGetSize_C_16fc(order, flag, 12345, &h1, &h2, &h3), zetStsOk);  // the hint changes nothing
+            EXPECT_EQ(h1, s16);
+            EXPECT_EQ(h3, w16);
+        }
+    }
+}
+
+TEST_F(HalfTransform, FFTGetSizeChecks) {
+    int s = -1, i = -1, w = -1;
+    // Spec and init pointers, then the work pointer, then the order, then the flag.
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(31, 0, 0, nullptr, &i, &w), zetStsNullPtrErr);
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(31, 0, 0, &s, nullptr, &w), zetStsNullPtrErr);
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(31, 0, 0, &s, &i, nullptr), zetStsNullPtrErr);
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(31, 0, 0, &s, &i, &w), zetStsFFTOrderErr);
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(1000, 8, 0, &s, &i, &w), zetStsFFTOrderErr);
+    for (int flag : {0, 3, 5, 6, 7, 9, 16, 256, -1, -8})
+        EXPECT_EQ(zetsFFTGetSize_C_16fc(5, flag, 0, &s, &i, &w), zetStsFFTFlagErr) << flag;
+    // Orders the single-precision FFT refuses come back from it.
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(29, 8, 0, &s, &i, &w), zetStsFFTOrderErr);
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(30, 8, 0, &s, &i, &w), zetStsFFTOrderErr);
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(-1, 8, 0, &s, &i, &w), zetStsFFTOrderErr);
+    EXPECT_EQ(s, -1);
+    EXPECT_EQ(i, -1);
+    EXPECT_EQ(w, -1);
+}
+
+// ---- FFT: Init and the thread state --------------------------------------------------
+
+TEST_F(HalfTransform, FFTInitChecksBeforeTouchingTheThreadState) {
+    int s, i, w;
+    ASSERT_EQ(zetsFFTGetSize_C_16fc(5, 8, 0, &s, &i, &w), zetStsOk);
+    std::vector<Zet8u> buf(static_cast<std::size_t>(s));
+    ZetsFFTSpec_C_16fc* spec = nullptr;
+    struct Case { bool nullSpecPtr, nullBuf; int order, flag; ZetStatus want; };
+    const Case cases[] = {
+        {true, false, 5, 8, zetStsNullPtrErr}, {false, true, 5, 8, zetStsNullPtrErr},
+        {true, true, 40, 0, zetStsNullPtrErr}, {false, false, 31, 8, zetStsFFTOrderErr},
+        {false, false, 31, 3, zetStsFFTOrderErr}, {false, false, 5, 0, zetStsFFTFlagErr},
+        {false, false, 5, 3, zetStsFFTFlagErr}, {false, false, 5, 9, zetStsFFTFlagErr},
+        {false, false, 5, -1, zetStsFFTFlagErr},
+    };
+    for (const Case& c : cases) {
+        clearFtzDaz();
+        EXPECT_EQ(zetsFFTInit_C_16fc(c.nullSpecPtr ? nullptr : &spec, c.order, c.flag, 0, c.nullBuf ? nullptr : buf.data(), nullptr),
+                  c.want)
+            << "order " << c.order << " flag " << c.flag;
+        EXPECT_EQ(ftzDaz(), 0u) << "order " << c.order << " flag " << c.flag;
+        EXPECT_EQ(spec, nullptr);
+    }
+    // The other bits of the control word stay as they were too.
+    _mm_setcsr((_mm_getcsr() & ~0x6000u) | 0x2000u);
+    const unsigned before = _mm_getcsr() & ~0x3Fu;
+    EXPECT_EQ(zetsFFTInit_C_16fc(&spec, 5, 3, 0, buf.data(), nullptr), zetStsFFTFlagErr);
+    EXPECT_EQ(_mm_getcsr() & ~0x3Fu, before);
+}
+
+TEST_F(HalfTransform, FFTInitLeavesFlushToZeroAndDenormalsAreZeroOn) {
+    for (int flag : {ZET_SCALE_FWD, ZET_SCALE_INV, ZET_SCALE_SYM, ZET_SCALE_NONE}) {
+        int s, i, w;
+        ASSERT_EQ(zetsFFTGetSize_C_16fc(6, flag, 0, &s, &i, &w), zetStsOk);
+        std::vector<Zet8u> buf(static_cast<std::size_t>(s));
+        ZetsFFTSpec_C_16fc* spec = nullptr;
+        clearFtzDaz();
+        const unsigned others = _mm_getcsr() & ~kFtzDaz & ~0x3Fu;
+        ASSERT_EQ(zetsFFTInit_C_16fc(&spec, 6, flag, 0, buf.data(), nullptr), zetStsOk);
+        EXPECT_EQ(ftzDaz(), kFtzDaz);
+        EXPECT_EQ(_mm_getcsr() & ~kFtzDaz & ~0x3Fu, others);
+        EXPECT_EQ(reinterpret_cast<Zet8u*>(spec), buf.data());  // the object is at the start of the buffer
+        // Seen by the caller's own arithmetic: a single denormal is now zero.
+        volatile float tiny = std::ldexp(1.0f, -140);
+        volatile float sum = tiny + 0.0f;
+        EXPECT_EQ(sum, 0.0f);
+    }
+    // The state changes even when building the inner transform fails afterwards.
+    std::vector<Zet8u> big(1 << 16);
+    ZetsFFTSpec_C_16fc* spec = nullptr;
+    // (Order 11 without scaling takes the tiled method, which needs no init
+    // buffer; scaled, the core needs one.)
+    struct Case { int order, flag; ZetStatus want; };
+    const Case cases[] = {{29, 8, zetStsFFTOrderErr}, {30, 8, zetStsFFTOrderErr},
+                          {-1, 8, zetStsFFTOrderErr}, {11, 1, zetStsNullPtrErr}};
+    for (const Case& c : cases) {
+        clearFtzDaz();
+        EXPECT_EQ(zetsFFTInit_C_16fc(&spec, c.order, c.flag, 0, big.data(), nullptr), c.want) << c.order;
+        EXPECT_EQ(ftzDaz(), kFtzDaz) << c.order;
+    }
+}
+
+// ---- FFT: results --------------------------------------------------------------------
+
+struct Buffers {
+    std::vector<Zet8u> spec, init, work;
+    ZetsFFTSpec_C_16fc* obj = nullptr;
+};
+Buffers makeFFT16(int order, int flag) {
+    Buffers b;
+    int s = 0, i = 0, w = 0;
+    EXPECT_EQ(zetsFFTGetSize_C_16fc(order, flag, 0, &s, &i, &w), zetStsOk);
+    b.spec.resize(static_cast<std::size_t>(s));
+    b.init.resize(static_cast<std::size_t>(std::max(i, 1)));
+    b.work.resize(static_cast<std::size_t>(w));
+    EXPECT_EQ(zetsFFTInit_C_16fc(&b.obj, order, flag, 0, b.spec.data(), b.init.data()), zetStsOk);
+    return b;
+}
+
+// The single-precision transform of the widened input, rounded to half. It
+// runs after the half Init, so under the same flush-to-zero state.
+std::vector<Zet16f> reference(const std::vector<Zet16f>& in, int order, int flag, bool inv) {
+    int s = 0, i = 0, w = 0;
+    EXPECT_EQ(zetsFFTGetSize_C_32fc(order, flag, 0, &s, &i, &w), zetStsOk);
+    std::vector<Zet8u> spec(static_cast<std::size_t>(s)), init(static_cast<std::size_t>(std::max(i, 1))),
+        work(static_cast<std::size_t>(std::max(w, 1)));
+    ZetsFFTSpec_C_32fc* obj = nullptr;
+    EXPECT_EQ(zetsFFTInit_C_32fc(&obj, order, flag, 0, spec.data(), init.data()), zetStsOk);
+    std::vector<float> x = widen(in);
+    auto* c = reinterpret_cast<Zet32fc*>(x.data());
+    EXPECT_EQ(inv ? zetsFFTInv_CToC_32fc_I(c, obj, work.data()) : zetsFFTFwd_CToC_32fc_I(c, obj, work.data()), zetStsOk);
+    return toHalf(x);
+}
+
+TEST_F(HalfTransform, FFTIsTheSinglePrecisionFFTRoundedToHalf) {
+    std::mt19937_64 rng(2026);
+    for (Route r : routes()) {
+        RouteScope scope(r);
+        for (int order = 0; order <= 13; ++order) {
+            for (int flag : {ZET_SCALE_FWD, ZET_SCALE_INV, ZET_SCALE_SYM, ZET_SCALE_NONE}) {
+                Buffers b = makeFFT16(order, flag);
+                const std::size_t n = std::size_t{1} << order;
+                const auto in = randomHalves(n, rng);
+                for (bool inv : {false, true}) {
+                    const auto want = reference(in, order, flag, inv);
+                    std::vector<Zet16f> out(2 * n, 0xFFFF);
+                    const ZetStatus st = inv ? zetsFFTInv_CToC_16fc(asC(in.data()), asC(out.data()), b.obj, b.work.data())
+                                             : zetsFFTFwd_CToC_16fc(asC(in.data()), asC(out.data()), b.obj, b.work.data());
+                    ASSERT_EQ(st, zetStsOk);
+                    ASSERT_TRUE(sameHalves(out.data(), want))
+                        << routeName(r) << " order " << order << " flag " << flag << (inv ? " inverse" : " forward");
+                    // In place (the source is read whole before the destination is written).
+                    std::vector<Zet16f> io = in;
+                    ASSERT_EQ(inv ? zetsFFTInv_CToC_16fc(asC(io.data()), asC(io.data()), b.obj, b.work.data())
+                                  : zetsFFTFwd_CToC_16fc(asC(io.data()), asC(io.data()), b.obj, b.work.data()),
+                              zetStsOk);
+                    ASSERT_TRUE(sameHalves(io.data(), want)) << "in place, order " << order;
+                }
+            }
+        }
+    }
+}
+
+TEST_F(HalfTransform, FFTLargeOrder) {
+    std::mt19937_64 rng(5);
+    for (int order : {16, 19}) {
+        Buffers b = makeFFT16(order, ZET_SCALE_SYM);
+        const auto in = randomHalves(std::size_t{1} << order, rng);
+        std::vector<Zet16f> out(in.size());
+        ASSERT_EQ(zetsFFTFwd_CToC_16fc(asC(in.data()), asC(out.data()), b.obj, b.work.data()), zetStsOk);
+        EXPECT_TRUE(sameHalves(out.data(), reference(in, order, ZET_SCALE_SYM, false))) << order;
+    }
+}
+
+// The object, the inner object and the work area stay inside the sizes
+// GetSize gave, wherever the buffers sit: the spec buffer at every offset
+// from a 64-byte boundary with the bytes behind it watched, the work buffer
+// and the data against guard pages.
+TEST_F(HalfTransform, FFTBuffersAtEveryOffset) {
+    std::mt19937_64 rng(9);
+    for (int order : {0, 5, 7, 11}) {
+        int s, i, w;
+        ASSERT_EQ(zetsFFTGetSize_C_16fc(order, ZET_SCALE_NONE, 0, &s, &i, &w), zetStsOk);
+        const std::size_t n = std::size_t{1} << order;
+        const auto in = randomHalves(n, rng);
+        const auto want = reference(in, order, ZET_SCALE_NONE, false);
+        std::vector<Zet8u> init(static_cast<std::size_t>(std::max(i, 1)));
+        GuardedRegion specR(static_cast<std::size_t>(s) + 128), workR(static_cast<std::size_t>(w) + 64),
+            srcR(n * 4 + 64), dstR(n * 4 + 64);
+        for (std::size_t k = 0; k < 64; ++k) {
+            Zet8u* buf = specR.end() - s - k;  // starts at every offset once; k watched bytes behind it
+            std::memset(specR.end() - k, 0xC3, k);
+            ZetsFFTSpec_C_16fc* obj = nullptr;
+            ASSERT_EQ(zetsFFTInit_C_16fc(&obj, order, ZET_SCALE_NONE, 0, buf, init.data()), zetStsOk);
+            for (std::size_t j = 0; j < k; ++j) ASSERT_EQ(specR.end()[-1 - static_cast<long>(j)], 0xC3) << "order " << order << " k " << k;
+            Zet8u* work = workR.tail<Zet8u>(static_cast<std::size_t>(w));
+            Zet16f* src = srcR.tail<Zet16f>(2 * n);
+            Zet16f* dst = dstR.tail<Zet16f>(2 * n);
+            std::memcpy(src, in.data(), 4 * n);
+            ASSERT_EQ(zetsFFTFwd_CToC_16fc(asC(src), asC(dst), obj, work), zetStsOk);
+            ASSERT_TRUE(sameHalves(dst, want)) << "order " << order << " spec buffer offset " << (reinterpret_cast<std::uintptr_t>(buf) & 63);
+        }
+    }
+}
+
+TEST_F(HalfTransform, FFTComputeChecks) {
+    Buffers b = makeFFT16(4, ZET_SCALE_NONE);
+    std::vector<Zet16f> x(32, 0x3C00), y(32, 0x1234);
+    auto* s = asC(x.data());
+    auto* d = asC(y.data());
+    Zet8u* w = b.work.data();
+    for (bool inv : {false, true}) {
+        auto call = [inv](const Zet16fc* a, Zet16fc* c, const ZetsFFTSpec_C_16fc* p, Zet8u* wk) {
+            return inv ? zetsFFTInv_CToC_16fc(a, c, p, wk) : zetsFFTFwd_CToC_16fc(a, c, p, wk);
+        };
+        // The spec, then its word, then source, destination and work.
+        EXPECT_EQ(call(nullptr, nullptr, nullptr, nullptr), zetStsNullPtrErr);
+        EXPECT_EQ(call(s, d, nullptr, w), zetStsNullPtrErr);
+        EXPECT_EQ(call(nullptr, d, b.obj, w), zetStsNullPtrErr);
+        EXPECT_EQ(call(s, nullptr, b.obj, w), zetStsNullPtrErr);
+        EXPECT_EQ(call(s, d, b.obj, nullptr), zetStsNullPtrErr);
+        // A single-precision object, and a buffer whose word is not 4.
+        int ss, si, sw;
+        ASSERT_EQ(zetsFFTGetSize_C_32fc(4, 8, 0, &ss, &si, &sw), zetStsOk);
+        std::vector<Zet8u> sb(static_cast<std::size_t>(ss));
+        ZetsFFTSpec_C_32fc* single = nullptr;
+        ASSERT_EQ(zetsFFTInit_C_32fc(&single, 4, 8, 0, sb.data(), nullptr), zetStsOk);
+        const auto* wrong = reinterpret_cast<const ZetsFFTSpec_C_16fc*>(single);
+        EXPECT_EQ(call(s, d, wrong, w), zetStsSpecMismatchErr);
+        EXPECT_EQ(call(nullptr, nullptr, wrong, nullptr), zetStsSpecMismatchErr);
+        for (Zet16f v : y) EXPECT_EQ(v, 0x1234);
+    }
+}
+
+// A failing inner transform: its status comes back after the conversion, so
+// the destination holds the converted (untransformed) input.
+TEST_F(HalfTransform, FFTInnerStatusComesBackAfterTheConversion) {
+    Buffers b = makeFFT16(6, ZET_SCALE_NONE);
+    // The object: word (4 bytes), then the inner object's pointer (unpadded).
+    Zet8u* inner = nullptr;
+    std::memcpy(&inner, b.spec.data() + 4, sizeof inner);
+    ASSERT_NE(inner, nullptr);
+    std::uint32_t word;
+    std::memcpy(&word, inner, 4);
+    EXPECT_EQ(word, 5u);
+    const std::uint32_t broken = 99;
+    std::memcpy(inner, &broken, 4);
+    std::mt19937_64 rng(1);
+    const auto in = randomHalves(64, rng);
+    std::vector<Zet16f> out(128, 0);
+    EXPECT_EQ(zetsFFTFwd_CToC_16fc(asC(in.data()), asC(out.data()), b.obj, b.work.data()), zetStsSpecMismatchErr);
+    EXPECT_TRUE(sameHalves(out.data(), in));
+}
+
+// ---- direct DFT ---------------------------------------------------------------------
+
+const std::vector<int>& directLengths() {
+    static const std::vector<int> v = {
+        4,    8,    12,   16,   24,   32,   36,   48,   60,   64,   72,   96,   108,  120,  128,  144,
+        180,  192,  216,  240,  256,  288,  300,  324,  360,  384,  432,  480,  512,  540,  576,  600,
+        648,  720,  768,  864,  900,  960,  972,  1024, 1080, 1152, 1200, 1296, 1440, 1500, 1536, 1620,
+        1728, 1800, 1920, 1944, 2048, 2160, 2304, 2400, 2592, 2700, 2880, 2916, 3000, 3072, 3240, 4096};
+    return v;
+}
+
+// The sum as documented: angle index (k n) mod L, the angle 2 pi (1/L) index
+// in double rounded to single, its cosine and sine in double rounded to
+// single; four lanes over n mod 4, each term two fused steps per part; the
+// lanes added as (l0 + l2) + (l1 + l3); the result rounded to half.
+std::vector<Zet16f> refDirect(const std::vector<Zet16f>& in, int L, bool inv) {
+    const std::vector<float> x = widen(in);
+    std::vector<float> c(static_cast<std::size_t>(L)), s(static_cast<std::size_t>(L));
+    const double step = 6.283185307179586476925286766559 * (1.0 / L);
+    for (int m = 0; m < L; ++m) {
+        const double arg = static_cast<float>(step * m);
+        c[m] = static_cast<float>(std::cos(arg));
+        s[m] = static_cast<float>(std::sin(arg));
+    }
+    std::vector<float> out(2 * static_cast<std::size_t>(L));
+    for (int k = 0; k < L; ++k) {
+        float re[4] = {}, im[4] = {};
+        for (int n = 0; n < L; ++n) {
+            const int j = n % 4, idx = static_cast<int>((static_cast<long long>(k) * n) % L);
+            const float xr = x[2 * n], xi = x[2 * n + 1], sn = inv ? -s[idx] : s[idx];
+            re[j] = std::fma(xr, c[idx], re[j]);
+            im[j] = std::fma(xi, c[idx], im[j]);
+            re[j] = std::fma(xi, sn, re[j]);
+            im[j] = std::fma(xr, -sn, im[j]);
+        }
+        out[2 * k] = (re[0] + re[2]) + (re[1] + re[3]);
+        out[2 * k + 1] = (im[0] + im[2]) + (im[1] + im[3]);
+    }
+    return toHalf(out);
+}
+
+ZetStatus direct(bool inv, const Zet16f* s, Zet16f* d, int L, Zet8u* w = nullptr) {
+    return inv ? zetsDFTInv_Direct_CToC_16fc(asC(s), asC(d), L, w) : zetsDFTFwd_Direct_CToC_16fc(asC(s), asC(d), L, w);
+}
+
+TEST_F(HalfTransform, DirectIsTheLiteralSumAtEveryLength) {
+    std::mt19937_64 rng(77);
+    for (Route r : routes()) {
+        RouteScope scope(r);
+        for (int L : directLengths()) {
+            // The software route at the smaller lengths and the longest one.
+            if (r == kSoftware && L > 512 && L != 4096) continue;
+            const auto in = randomHalves(static_cast<std::size_t>(L), rng);
+            for (bool inv : {false, true}) {
+                std::vector<Zet16f> out(2 * static_cast<std::size_t>(L), 0xFFFF);
+                ASSERT_EQ(direct(inv, in.data(), out.data(), L), zetStsOk);
+                ASSERT_TRUE(sameHalves(out.data(), refDirect(in, L, inv))) << routeName(r) << " length " << L << (inv ? " inverse" : " forward");
+            }
+        }
+    }
+}
+
+// Against the exact DFT (long double): the single-precision sum of a half
+// input stays within about a half-precision step of the truth.
+TEST_F(HalfTransform, DirectIsCloseToTheExactTransform) {
+    std::mt19937_64 rng(78);
+    for (int L : {4, 12, 60, 1024, 2916, 4096}) {
+        const auto in = randomHalves(static_cast<std::size_t>(L), rng);
+        const auto x = widen(in);
+        for (bool inv : {false, true}) {
+            std::vector<Zet16f> out(2 * static_cast<std::size_t>(L));
+            ASSERT_EQ(direct(inv, in.data(), out.data(), L), zetStsOk);
+            const auto got = widen(out);
+            long double peak = 0;
+            std::vector<long double> exact(2 * static_cast<std::size_t>(L)), cosT(static_cast<std::size_t>(L)),
+                sinT(static_cast<std::size_t>(L));
+            for (int m = 0; m < L; ++m) {
+                const long double a = 2.0L * 3.14159265358979323846264338327950288L * m / L;
+                cosT[m] = std::cos(a);
+                sinT[m] = inv ? std::sin(a) : -std::sin(a);
+            }
+            for (int k = 0; k < L; ++k) {
+                long double re = 0, im = 0;
+                for (int n = 0; n < L; ++n) {
+                    const std::size_t m = static_cast<std::size_t>((static_cast<long long>(k) * n) % L);
+                    const long double cs = cosT[m], sn = sinT[m];
+                    re += x[2 * n] * cs - x[2 * n + 1] * sn;
+                    im += x[2 * n] * sn + x[2 * n + 1] * cs;
+                }
+                exact[2 * k] = re;
+                exact[2 * k + 1] = im;
+                peak = std::max({peak, std::fabs(re), std::fabs(im)});
+            }
+            for (std::size_t i = 0; i < exact.size(); ++i)
+                ASSERT_LE(std::fabs(got[i] - exact[i]), std::ldexp(peak, -10)) << "length " << L << " real " << i;
+        }
+    }
+}
+
+TEST_F(HalfTransform, DirectChecksAndTheFeatureQuestion) {
+    std::vector<Zet16f> x(2 * 4096, 0x3C00), y;
+    for (bool inv : {false, true}) {
+        y.assign(2 * 4096, 0x4321);
+        const long before = g_dftQuestions;
+        EXPECT_EQ(direct(inv, nullptr, y.data(), 4), zetStsNullPtrErr);
+        EXPECT_EQ(direct(inv, x.data(), nullptr, 4), zetStsNullPtrErr);
+        EXPECT_EQ(direct(inv, nullptr, nullptr, 20), zetStsNullPtrErr);  // pointers before the length
+        for (int L : {20, 0, -4, 1, 2, 3, 5, 4095, 4097, 5000, 8192, 1 << 30})
+            EXPECT_EQ(direct(inv, x.data(), y.data(), L), zetStsSizeErr) << L;
+        for (Zet16f v : y) ASSERT_EQ(v, 0x4321);
+        // Asked on entry, whatever follows; the answer changes nothing.
+        EXPECT_EQ(g_dftQuestions - before, 15);
+        // No work buffer is needed; a given one is not touched.
+        std::vector<Zet8u> work(64, 0x77);
+        EXPECT_EQ(direct(inv, x.data(), y.data(), 4096, work.data()), zetStsOk);
+        for (Zet8u v : work) ASSERT_EQ(v, 0x77);
+    }
+}
+
+TEST_F(HalfTransform, DirectInPlaceAndAgainstGuardPages) {
+    std::mt19937_64 rng(79);
+    for (int L : {4, 60, 4096}) {
+        const std::size_t n = static_cast<std::size_t>(L);
+        const auto in = randomHalves(n, rng);
+        for (bool inv : {false, true}) {
+            const auto want = refDirect(in, L, inv);
+            GuardedRegion sr(4 * n), dr(4 * n);
+            Zet16f* s = sr.tail<Zet16f>(2 * n);
+            Zet16f* d = dr.tail<Zet16f>(2 * n);
+            std::memcpy(s, in.data(), 4 * n);
+            ASSERT_EQ(direct(inv, s, d, L), zetStsOk);
+            EXPECT_TRUE(sameHalves(d, want)) << L;
+            Zet16f* h = sr.head<Zet16f>();
+            std::memcpy(h, in.data(), 4 * n);
+            ASSERT_EQ(direct(inv, h, h, L), zetStsOk);  // the input is read whole first
+            EXPECT_TRUE(sameHalves(h, want)) << "in place " << L;
+        }
+    }
+}
+
+}  // namespace
