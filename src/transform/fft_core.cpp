@@ -298,26 +298,11 @@ void execute(const FFTCore* c, Src src, Dst dst, bool shared, bool dstAligned, T
                     dstAligned, work);
 }
 
-template <class T>
-ZetStatus coreChecks(const FFTCore* c, std::int32_t id, bool dataNull, Zet8u*& work) {
-    if (!c) return zetStsNullPtrErr;
-    if (c->id != id) return zetStsSpecMismatchErr;
-    if (c->workBytes <= 0 && c->order > 6) return zetStsMemErr;
-    if (dataNull) return zetStsNullPtrErr;
-    if (c->workBytes > 0) {
-        if (!work) return zetStsNullPtrErr;
-        work = alignUp<Zet8u>(work);
-    } else {
-        work = nullptr;
-    }
-    return zetStsOk;
-}
-
 bool aligned32(const void* p) { return (reinterpret_cast<std::uintptr_t>(p) & 31) == 0; }
 
 template <class T, bool Inv>
 ZetStatus interleaved(const T* src, T* dst, const FFTCore* c, Zet8u* work, std::int32_t id) {
-    if (auto s = coreChecks<T>(c, id, !src || !dst, work)) return s;
+    if (auto s = coreChecks(c, id, 6, !src || !dst, work)) return s;
     execute<T, Inv>(c, Inter<T>{const_cast<T*>(src)}, Inter<T>{dst}, src == dst, aligned32(dst),
                     reinterpret_cast<T*>(work));
     return zetStsOk;
@@ -325,7 +310,7 @@ ZetStatus interleaved(const T* src, T* dst, const FFTCore* c, Zet8u* work, std::
 
 template <class T, bool Inv>
 ZetStatus split(const T* sre, const T* sim, T* dre, T* dim, const FFTCore* c, Zet8u* work, std::int32_t id) {
-    if (auto s = coreChecks<T>(c, id, !sre || !sim || !dre || !dim, work)) return s;
+    if (auto s = coreChecks(c, id, 6, !sre || !sim || !dre || !dim, work)) return s;
     const bool shared = sre == dre || sim == dim || sre == dim || sim == dre;
     execute<T, Inv>(c, Split<T>{const_cast<T*>(sre), const_cast<T*>(sim)}, Split<T>{dre, dim}, shared,
                     aligned32(dre) && aligned32(dim), reinterpret_cast<T*>(work));
@@ -351,6 +336,20 @@ void largeSizes(bool dbl, int order, std::int64_t& spec, std::int64_t& work) {
 }
 
 }  // namespace
+
+ZetStatus coreChecks(const FFTCore* c, std::int32_t id, int noWorkTo, bool dataNull, Zet8u*& work) {
+    if (!c) return zetStsNullPtrErr;
+    if (c->id != id) return zetStsSpecMismatchErr;
+    if (c->workBytes <= 0 && c->order > noWorkTo) return zetStsMemErr;
+    if (dataNull) return zetStsNullPtrErr;
+    if (c->workBytes > 0) {
+        if (!work) return zetStsNullPtrErr;
+        work = alignUp<Zet8u>(work);
+    } else {
+        work = nullptr;
+    }
+    return zetStsOk;
+}
 
 ZetStatus coreHeader(FFTCore* c, int order, int flag, std::int64_t n, std::int32_t id) {
     std::memset(c, 0, sizeof(FFTCore));

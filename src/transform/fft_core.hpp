@@ -71,6 +71,10 @@ ZetStatus inv64f(const Zet64f* sre, const Zet64f* sim, Zet64f* dre, Zet64f* dim,
 // part from a sine table covering it; the transform of `order` on those
 // tables, unchecked, scaled by `scale` when `scaled`.
 ZetStatus coreHeader(FFTCore* c, int order, int flag, std::int64_t n, std::int32_t id);
+// The compute entries' checks of a core in their order: core, id, work size
+// (none needed up to order `noWorkTo`), data, work pointer; `work` comes back
+// raised to 64 bytes, or null when the core needs none.
+ZetStatus coreChecks(const FFTCore* c, std::int32_t id, int noWorkTo, bool dataNull, Zet8u*& work);
 template <class T> struct Sine;
 template <class T> void coreTables(FFTCore* c, int order, const Sine<T>& sine);
 template <class T, bool Inv>

@@ -57,21 +57,6 @@ ZetStatus realInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t
     return zetStsOk;
 }
 
-template <class T>
-ZetStatus realChecks(const FFTCore* c, std::int32_t id, bool dataNull, Zet8u*& work) {
-    if (!c) return zetStsNullPtrErr;
-    if (c->id != id) return zetStsSpecMismatchErr;
-    if (c->workBytes <= 0 && c->order > 7) return zetStsMemErr;
-    if (dataNull) return zetStsNullPtrErr;
-    if (c->workBytes > 0) {
-        if (!work) return zetStsNullPtrErr;
-        work = alignUp<Zet8u>(work);
-    } else {
-        work = nullptr;
-    }
-    return zetStsOk;
-}
-
 template <class T, bool Inv>
 void recombineCore(const FFTCore* c, T* z, int order) {
     const std::int64_t h = (std::int64_t{1} << order) / 2;
@@ -97,7 +82,7 @@ ZetStatus realForward(const void* srcV, void* dstV, const void* coreV, Zet8u* wo
     const T* src = static_cast<const T*>(srcV);
     T* dst = static_cast<T*>(dstV);
     const auto* c = static_cast<const FFTCore*>(coreV);
-    if (auto s = realChecks<T>(c, kDbl<T> ? kCoreR64f : kCoreR32f, !src || !dst, work)) return s;
+    if (auto s = coreChecks(c, kDbl<T> ? kCoreR64f : kCoreR32f, 7, !src || !dst, work)) return s;
     const int order = c->order;
     const std::int64_t n = std::int64_t{1} << order;
     const T scale = scaleOf<T>(c);
@@ -117,7 +102,7 @@ ZetStatus realInverse(const void* srcV, void* dstV, const void* coreV, Zet8u* wo
     const T* src = static_cast<const T*>(srcV);
     T* dst = static_cast<T*>(dstV);
     const auto* c = static_cast<const FFTCore*>(coreV);
-    if (auto s = realChecks<T>(c, kDbl<T> ? kCoreR64f : kCoreR32f, !src || !dst, work)) return s;
+    if (auto s = coreChecks(c, kDbl<T> ? kCoreR64f : kCoreR32f, 7, !src || !dst, work)) return s;
     const int order = c->order;
     const std::int64_t n = std::int64_t{1} << order;
     const T scale = scaleOf<T>(c);
