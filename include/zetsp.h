@@ -174,6 +174,10 @@ typedef struct ZetsDFTSpec_R_32f       ZetsDFTSpec_R_32f;
 typedef struct ZetsDFTSpec_R_64f       ZetsDFTSpec_R_64f;
 typedef struct ZetsHilbertSpec_32f32fc ZetsHilbertSpec_32f32fc;
 typedef struct ZetsHilbertSpec_64f64fc ZetsHilbertSpec_64f64fc;
+typedef struct ZetsDCTFwdSpec_32f      ZetsDCTFwdSpec_32f;
+typedef struct ZetsDCTInvSpec_32f      ZetsDCTInvSpec_32f;
+typedef struct ZetsDCTFwdSpec_64f      ZetsDCTFwdSpec_64f;
+typedef struct ZetsDCTInvSpec_64f      ZetsDCTInvSpec_64f;
 typedef struct ZetsFIRSpec             ZetsFIRSpec;
 typedef struct ZetsFIRMRSpec           ZetsFIRMRSpec;
 typedef struct ZetsFIRLMSState         ZetsFIRLMSState;
@@ -779,6 +783,12 @@ ZETAPI ZetStatus zetsRShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
 ZETAPI ZetStatus zetsConvert_16f32f(const Zet16f* pSrc, Zet32f* pDst, int len);
 ZETAPI ZetStatus zetsConvert_32f16f(const Zet32f* pSrc, Zet16f* pDst, int len, ZetRoundMode rndMode);
 
+/* ==== Thresholds ========================================================= */
+
+/* ==== Statistics: sums, moments, extrema, norms, dot products ============= */
+
+/* ==== Complex and polar utilities, reordering ============================= */
+
 /* ==== Fourier transforms ================================================= */
 
 /* ---- Power-of-two FFT ----
@@ -909,7 +919,50 @@ ZETAPI ZetStatus zetsMulPerm_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len)
 ZETAPI ZetStatus zetsMulPackConj_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
 ZETAPI ZetStatus zetsMulPackConj_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
 
-/* ---- Arbitrary-length DFT ---- */
+/* ---- Arbitrary-length DFT ----
+ * Any length from 1: up to 0x7FFFFFF single and 0x3FFFFFF double for lengths
+ * that are not powers of two (powers of two up to the FFT's orders).
+ * Protocol: GetSize gives the byte counts of the spec buffer, the init
+ * scratch (needed during Init only) and the work buffer; Init lays the
+ * transform object at the buffer's first 64-byte boundary. Unlike the FFT,
+ * the caller passes the same (unaligned) spec buffer to every call. `flag`
+ * is one of ZET_SCALE_*, applied as the FFT does; `hint` is accepted and not
+ * interpreted. Forward: X[k] = sum x[n] exp(-2 pi i nk/N); inverse with +i.
+ * pSrc may equal pDst. Real forms: RToCCS writes N + 2 reals (N + 1 for odd
+ * N), RToPack and RToPerm N reals, in the layouts of the real FFT; the
+ * inverse forms read the same layouts. */
+ZETAPI ZetStatus zetsDFTGetSize_C_32fc(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDFTGetSize_C_32f(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDFTGetSize_C_64fc(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDFTGetSize_C_64f(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDFTGetSize_R_32f(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDFTGetSize_R_64f(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDFTInit_C_32fc(int length, int flag, ZetHint hint, ZetsDFTSpec_C_32fc* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDFTInit_C_32f(int length, int flag, ZetHint hint, ZetsDFTSpec_C_32f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDFTInit_C_64fc(int length, int flag, ZetHint hint, ZetsDFTSpec_C_64fc* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDFTInit_C_64f(int length, int flag, ZetHint hint, ZetsDFTSpec_C_64f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDFTInit_R_32f(int length, int flag, ZetHint hint, ZetsDFTSpec_R_32f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDFTInit_R_64f(int length, int flag, ZetHint hint, ZetsDFTSpec_R_64f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDFTFwd_CToC_32fc(const Zet32fc* pSrc, Zet32fc* pDst, const ZetsDFTSpec_C_32fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_CToC_32fc(const Zet32fc* pSrc, Zet32fc* pDst, const ZetsDFTSpec_C_32fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_CToC_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDstRe, Zet32f* pDstIm, const ZetsDFTSpec_C_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_CToC_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDstRe, Zet32f* pDstIm, const ZetsDFTSpec_C_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_CToC_64fc(const Zet64fc* pSrc, Zet64fc* pDst, const ZetsDFTSpec_C_64fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_CToC_64fc(const Zet64fc* pSrc, Zet64fc* pDst, const ZetsDFTSpec_C_64fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_CToC_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDstRe, Zet64f* pDstIm, const ZetsDFTSpec_C_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_CToC_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDstRe, Zet64f* pDstIm, const ZetsDFTSpec_C_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_RToCCS_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_RToPack_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_RToPerm_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_CCSToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_PackToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_PermToR_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDFTSpec_R_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_RToCCS_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_RToPack_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTFwd_RToPerm_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_CCSToR_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_PackToR_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDFTSpec_R_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_PermToR_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDFTSpec_R_64f* pSpec, Zet8u* pWork);
 
 /* ---- Half-precision transforms ----
  * The Zet16fc FFT has no kernels of its own: it widens the data into the work
@@ -935,12 +988,58 @@ ZETAPI ZetStatus zetsFFTGetSize_C_16fc(int order, int flag, ZetHint hint, int* p
 ZETAPI ZetStatus zetsFFTInit_C_16fc(ZetsFFTSpec_C_16fc** ppSpec, int order, int flag, ZetHint hint, Zet8u* pSpecBuffer, Zet8u* pInitBuffer);
 ZETAPI ZetStatus zetsFFTFwd_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, const ZetsFFTSpec_C_16fc* pSpec, Zet8u* pWork);
 ZETAPI ZetStatus zetsFFTInv_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, const ZetsFFTSpec_C_16fc* pSpec, Zet8u* pWork);
+/* The half-precision DFT of any length: the single-precision DFT between a
+ * widening and a narrowing in the work buffer (GetSize adds 48 bytes to the
+ * object and 16 bytes per value to the work). The object lies at the start of
+ * the caller's buffer, which is passed again on every call. */
+ZETAPI ZetStatus zetsDFTGetSize_C_16fc(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDFTInit_C_16fc(int length, int flag, ZetHint hint, ZetsDFTSpec_C_16fc* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDFTFwd_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, const ZetsDFTSpec_C_16fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDFTInv_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, const ZetsDFTSpec_C_16fc* pSpec, Zet8u* pWork);
 ZETAPI ZetStatus zetsDFTFwd_Direct_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, int length, Zet8u* pWork);
 ZETAPI ZetStatus zetsDFTInv_Direct_CToC_16fc(const Zet16fc* pSrc, Zet16fc* pDst, int length, Zet8u* pWork);
 
-/* ---- Hilbert transform ---- */
+/* ---- Hilbert transform ----
+ * The analytic signal x + i*H(x) of a real sequence of any length: a real
+ * DFT, the positive frequencies doubled and the negative ones zeroed, an
+ * inverse complex DFT. GetSize gives the object and work sizes; Init takes a
+ * scratch buffer of at least the work size and the object buffer, which is
+ * passed again on every call; every call needs the work buffer, even for
+ * lengths 1 and 2, which are copied with zero imaginary parts. */
+ZETAPI ZetStatus zetsHilbertGetSize_32f32fc(int length, ZetHint hint, int* pSpecSize, int* pWorkSize);
+ZETAPI ZetStatus zetsHilbertGetSize_64f64fc(int length, ZetHint hint, int* pSpecSize, int* pWorkSize);
+ZETAPI ZetStatus zetsHilbertInit_32f32fc(int length, ZetHint hint, ZetsHilbertSpec_32f32fc* pSpec, Zet8u* pBuffer);
+ZETAPI ZetStatus zetsHilbertInit_64f64fc(int length, ZetHint hint, ZetsHilbertSpec_64f64fc* pSpec, Zet8u* pBuffer);
+ZETAPI ZetStatus zetsHilbert_32f32fc(const Zet32f* pSrc, Zet32fc* pDst, const ZetsHilbertSpec_32f32fc* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsHilbert_64f64fc(const Zet64f* pSrc, Zet64fc* pDst, const ZetsHilbertSpec_64f64fc* pSpec, Zet8u* pWork);
 
-/* ---- Discrete cosine transform ---- */
+/* ---- Discrete cosine transform ----
+ * The orthonormal DCT-II (Fwd) and its inverse, the DCT-III (Inv), of any
+ * length N >= 1:
+ *   Fwd: y[k] = s(k) * sum_{n<N} x[n] cos(pi k (2n + 1) / 2N)
+ *   Inv: x[n] = sum_{k<N} s(k) y[k] cos(pi k (2n + 1) / 2N)
+ * with s(0) = sqrt(1/N) and s(k) = sqrt(2/N), so that Inv undoes Fwd and both
+ * keep the energy (FFTW's unnormalised REDFT10 is 2/s(k) times Fwd). Built on
+ * the real DFT of length N. Protocol as for the DFT: GetSize gives the object,
+ * init scratch and work sizes; Init lays the object at the first 64-byte
+ * boundary of the buffer, which the caller passes again on every call; every
+ * call needs a work buffer of the size given. _I forms work in place. */
+ZETAPI ZetStatus zetsDCTFwdGetSize_32f(int length, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDCTInvGetSize_32f(int length, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDCTFwdGetSize_64f(int length, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDCTInvGetSize_64f(int length, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize);
+ZETAPI ZetStatus zetsDCTFwdInit_32f(int length, ZetHint hint, ZetsDCTFwdSpec_32f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDCTInvInit_32f(int length, ZetHint hint, ZetsDCTInvSpec_32f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDCTFwdInit_64f(int length, ZetHint hint, ZetsDCTFwdSpec_64f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDCTInvInit_64f(int length, ZetHint hint, ZetsDCTInvSpec_64f* pSpec, Zet8u* pInitBuffer);
+ZETAPI ZetStatus zetsDCTFwd_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDCTFwdSpec_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDCTFwd_32f_I(Zet32f* pSrcDst, const ZetsDCTFwdSpec_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDCTFwd_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDCTFwdSpec_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDCTFwd_64f_I(Zet64f* pSrcDst, const ZetsDCTFwdSpec_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDCTInv_32f(const Zet32f* pSrc, Zet32f* pDst, const ZetsDCTInvSpec_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDCTInv_32f_I(Zet32f* pSrcDst, const ZetsDCTInvSpec_32f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDCTInv_64f(const Zet64f* pSrc, Zet64f* pDst, const ZetsDCTInvSpec_64f* pSpec, Zet8u* pWork);
+ZETAPI ZetStatus zetsDCTInv_64f_I(Zet64f* pSrcDst, const ZetsDCTInvSpec_64f* pSpec, Zet8u* pWork);
 
 #ifdef __cplusplus
 }

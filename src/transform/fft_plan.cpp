@@ -142,20 +142,14 @@ ZetStatus getSize(Elem e, int order, int flag, ZetHint hint, int* pSpec, int* pI
         *pWork = order < (real ? 6 : 7) ? 0 : static_cast<int>(workPer * n + 128);
         return zetStsOk;
     }
-    Arena spec{0, 0}, init{0, 0}, work{0, 0};
-    Allocator al{&spec, &init, &work, kCounting};
-    Plan stack;
-    std::int64_t triples[6];
-    Plan* p = create(&stack, nullptr, &al, setupOf(e, order, hint), triples);
-    placeholderScales(p, flag);
-    const std::int32_t code = commit(p);
-    if (code != kOk) {
+    CoreBytes count{};
+    if (const std::int32_t code = countPlan(setupOf(e, order, hint), flag, &count)) {
         *pSpec = 64; *pInit = 0; *pWork = 64;
         return statusFromCode(code);
     }
-    *pSpec = static_cast<int>(spec.cursor + 64);
-    *pInit = static_cast<int>(init.cursor);
-    *pWork = static_cast<int>(work.cursor + 64);
+    *pSpec = static_cast<int>(count.spec + 64);
+    *pInit = static_cast<int>(count.init);
+    *pWork = static_cast<int>(count.work + 64);
     return zetStsOk;
 }
 
@@ -167,11 +161,7 @@ ZetStatus init(Elem e, SpecT** ppSpec, int order, int flag, ZetHint hint, Zet8u*
     SpecObject* obj = objectAt(specBuf);
     obj->word = static_cast<std::uint32_t>(e);
     obj->plan = nullptr;
-    Arena spec{0, static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(obj))};
-    Arena ini{0, static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(initBuf))};
-    Arena work{0, 0};
-    Allocator al{&spec, &ini, &work, kBuilding};
-    Plan* p = create(nullptr, obj, &al, setupOf(e, order, hint));
+    Plan* p = createInObject(reinterpret_cast<Zet8u*>(obj), initBuf, setupOf(e, order, hint));
     if (!p) return statusFromCode(kNoMemory);
     if (!validFlag(flag)) return zetStsFFTFlagErr;
     if (isSplit(e)) p->storage = kSplit;
@@ -184,29 +174,6 @@ ZetStatus init(Elem e, SpecT** ppSpec, int order, int flag, ZetHint hint, Zet8u*
 
 // Compute routing: the binding's direct entry when its kind matches, else
 // the plan's entry, which insists on a work pointer.
-template <bool Inv, class... Data>
-ZetStatus viaBinding(const SpecObject* obj, std::int32_t kind, std::int32_t fmt, Zet8u* work, const void* src,
-                     void* dst, Data... split) {
-    const Plan* p = obj->plan;
-    const auto* b = static_cast<const Binding*>(p->binding);
-    if (b && b->kind == kind) {
-        // Real bindings hold one pair of entries per spectrum format.
-        const int at = (fmt ? 2 * (fmt - kCCS) : 0) + (Inv ? 1 : 0);
-        const auto* core = static_cast<const FFTCore*>(b->pow2Core);
-        if constexpr (sizeof...(Data) == 0) {
-            using Fn = ZetStatus (*)(const void*, void*, const FFTCore*, Zet8u*);
-            return reinterpret_cast<Fn>(b->entries[at])(src, dst, core, work);
-        } else {
-            using Fn = ZetStatus (*)(Data..., const FFTCore*, Zet8u*);
-            return reinterpret_cast<Fn>(b->entries[at])(split..., core, work);
-        }
-    }
-    if (!work) return zetStsNullPtrErr;
-    const Compute c = Inv ? p->computeInverse : p->computeForward;
-    if (!c) return zetStsUnsupportedErr;
-    return statusFromCode(c(p, src, dst, fmt, 0, work));
-}
-
 const SpecObject* objOf(const void* spec) { return static_cast<const SpecObject*>(spec); }
 
 template <bool Inv, class T>
@@ -214,27 +181,27 @@ ZetStatus complexCall(Elem e, const T* src, T* dst, const void* spec, Zet8u* wor
     if (!spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
     if (!src || !dst) return zetStsNullPtrErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, src, dst);
+    return callEntry<Inv>(objOf(spec), bindingKind(e), Inv ? 1 : 0, 0, work, src, dst);
 }
 template <bool Inv, class T>
 ZetStatus complexInPlace(Elem e, T* sd, const void* spec, Zet8u* work) {
     if (!sd || !spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, sd, sd);
+    return callEntry<Inv>(objOf(spec), bindingKind(e), Inv ? 1 : 0, 0, work, sd, sd);
 }
 template <bool Inv, class T>
 ZetStatus splitCall(Elem e, const T* sr, const T* si, T* dr, T* di, const void* spec, Zet8u* work) {
     if (!spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
     if (!sr || !si || !dr || !di) return zetStsNullPtrErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, nullptr, nullptr, sr, si, dr, di);
+    return callEntry<Inv>(objOf(spec), bindingKind(e), Inv ? 1 : 0, 0, work, nullptr, nullptr, sr, si, dr, di);
 }
 template <bool Inv, class T>
 ZetStatus splitInPlace(Elem e, T* re, T* im, const void* spec, Zet8u* work) {
     if (!re || !im || !spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), 0, work, nullptr, nullptr,
-                           static_cast<const T*>(re), static_cast<const T*>(im), re, im);
+    return callEntry<Inv>(objOf(spec), bindingKind(e), Inv ? 1 : 0, 0, work, nullptr, nullptr,
+                          static_cast<const T*>(re), static_cast<const T*>(im), re, im);
 }
 
 template <bool Inv, class T>
@@ -242,7 +209,8 @@ ZetStatus realCall(Elem e, std::int32_t fmt, const T* src, T* dst, const void* s
     if (!spec) return zetStsNullPtrErr;
     if (objOf(spec)->word != static_cast<std::uint32_t>(e)) return zetStsSpecMismatchErr;
     if (!src || !dst) return zetStsNullPtrErr;
-    return viaBinding<Inv>(objOf(spec), bindingKind(e), fmt, work, src, dst);
+    // Real bindings hold one pair of entries per spectrum format.
+    return callEntry<Inv>(objOf(spec), bindingKind(e), 2 * (fmt - kCCS) + (Inv ? 1 : 0), fmt, work, src, dst);
 }
 
 }  // namespace

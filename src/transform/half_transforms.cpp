@@ -91,6 +91,78 @@ ZetStatus fft(const Zet16fc* src, Zet16fc* dst, const ZetsFFTSpec_C_16fc* pSpec,
     return st;
 }
 
+// ---- DFT ---------------------------------------------------------------------------
+
+// The object: 28 bytes of fields at the start of the caller's buffer, the
+// inner C_32fc object from byte 48 (the 48 that GetSize adds).
+struct [[gnu::packed]] DFTSpec16 {
+    std::uint32_t word;  // 12
+    ZetsDFTSpec_C_32fc* inner;
+    std::uint32_t dataBytes;  // length << 4: the data as single-precision complex values, twice
+    std::uint32_t inOffset;   // the inner work size: where the widened input goes
+    std::uint32_t outOffset;  // inOffset + 8 length: where the inner transform writes
+    std::int32_t length;
+};
+constexpr std::uint32_t kDFTWord = 12;
+constexpr std::ptrdiff_t kDFTInner = 48;
+static_assert(sizeof(DFTSpec16) <= kDFTInner, "the inner object follows the fields");
+
+// The asked-for feature word of the half-precision DFT members; the answer changes nothing.
+constexpr unsigned long long kDftFeature = 0x1000000000ULL;
+
+ZetStatus dftGetSize(int length, int flag, ZetHint hint, int* pSpec, int* pInit, int* pWork) {
+    if (!pSpec || !pInit || !pWork) return zetStsNullPtrErr;
+    if (length < 1) return zetStsSizeErr;
+    (void)ownGetFeature(kDftFeature);
+    int spec = 0, init = 0, work = 0;
+    if (const ZetStatus st = zetsDFTGetSize_C_32fc(length, flag, hint, &spec, &init, &work)) return st;
+    const std::int64_t spec16 = std::int64_t{spec} + kDFTInner;
+    const std::int64_t work16 = std::int64_t{work} + (std::int64_t{length} << 4);
+    if (spec16 > kSizeLimit || work16 > kSizeLimit) return zetStsLengthLimitErr;
+    *pSpec = static_cast<int>(spec16);
+    *pInit = init;
+    *pWork = static_cast<int>(work16);
+    return zetStsOk;
+}
+
+ZetStatus dftInit(int length, int flag, ZetHint hint, ZetsDFTSpec_C_16fc* pSpec, Zet8u* initBuf) {
+    if (!pSpec) return zetStsNullPtrErr;
+    if (length < 1) return zetStsSizeErr;
+    if (!validFlag(flag)) return zetStsFFTFlagErr;
+    auto* buf = reinterpret_cast<Zet8u*>(pSpec);
+    auto* inner = reinterpret_cast<ZetsDFTSpec_C_32fc*>(buf + kDFTInner);
+    if (const ZetStatus st = zetsDFTInit_C_32fc(length, flag, hint, inner, initBuf)) return st;
+    int spec = 0, init = 0, work = 0;
+    if (const ZetStatus st = zetsDFTGetSize_C_32fc(length, flag, hint, &spec, &init, &work)) return st;
+    auto* s = reinterpret_cast<DFTSpec16*>(buf);
+    s->word = kDFTWord;
+    s->inner = inner;
+    s->dataBytes = static_cast<std::uint32_t>(length) << 4;
+    s->inOffset = static_cast<std::uint32_t>(work);
+    s->outOffset = s->inOffset + 8u * static_cast<std::uint32_t>(length);
+    s->length = length;
+    return zetStsOk;
+}
+
+// The inner transform runs out of place: the input widens into one area,
+// the transform writes a second, which narrows into the destination.
+template <bool Inv>
+ZetStatus dft(const Zet16fc* src, Zet16fc* dst, const ZetsDFTSpec_C_16fc* pSpec, Zet8u* work) {
+    if (!pSpec) return zetStsNullPtrErr;
+    const auto* s = reinterpret_cast<const DFTSpec16*>(pSpec);
+    if (s->word != kDFTWord) return zetStsSpecMismatchErr;
+    if (!src || !dst) return zetStsNullPtrErr;
+    (void)ownGetFeature(kDftFeature);
+    if (!work) return zetStsNullPtrErr;
+    const long long count = s->dataBytes / 8;
+    auto* in = reinterpret_cast<Zet32fc*>(work + s->inOffset);
+    auto* out = reinterpret_cast<Zet32fc*>(work + s->outOffset);
+    half::widen(reinterpret_cast<const Zet16f*>(src), reinterpret_cast<float*>(in), count);
+    const ZetStatus st = Inv ? zetsDFTInv_CToC_32fc(in, out, s->inner, work) : zetsDFTFwd_CToC_32fc(in, out, s->inner, work);
+    half::narrow(reinterpret_cast<const float*>(out), reinterpret_cast<Zet16f*>(dst), count, half::kNearestEven);
+    return st;
+}
+
 // ---- direct DFT ------------------------------------------------------------------
 
 constexpr int kDirectLengths[] = {
@@ -111,9 +183,6 @@ bool directLength(int n) {
         if (v == n) return true;
     return false;
 }
-
-// The asked-for feature word of the half-precision DFT members; the answer changes nothing.
-constexpr unsigned long long kDftFeature = 0x1000000000ULL;
 
 // tw[2m], tw[2m + 1] = cos, sin of the angle 2 pi m / length, the angle
 // formed in double and rounded to single; the sine and cosine of that single
@@ -196,5 +265,13 @@ ZetStatus zetsFFTInit_C_16fc(ZetsFFTSpec_C_16fc** ppSpec, int order, int flag, Z
 }
 ZetStatus zetsFFTFwd_CToC_16fc(const Zet16fc* s, Zet16fc* d, const ZetsFFTSpec_C_16fc* p, Zet8u* w) { return zh::fft<false>(s, d, p, w); }
 ZetStatus zetsFFTInv_CToC_16fc(const Zet16fc* s, Zet16fc* d, const ZetsFFTSpec_C_16fc* p, Zet8u* w) { return zh::fft<true>(s, d, p, w); }
+ZetStatus zetsDFTGetSize_C_16fc(int length, int flag, ZetHint hint, int* pSpecSize, int* pInitSize, int* pWorkSize) {
+    return zh::dftGetSize(length, flag, hint, pSpecSize, pInitSize, pWorkSize);
+}
+ZetStatus zetsDFTInit_C_16fc(int length, int flag, ZetHint hint, ZetsDFTSpec_C_16fc* pSpec, Zet8u* pInitBuffer) {
+    return zh::dftInit(length, flag, hint, pSpec, pInitBuffer);
+}
+ZetStatus zetsDFTFwd_CToC_16fc(const Zet16fc* s, Zet16fc* d, const ZetsDFTSpec_C_16fc* p, Zet8u* w) { return zh::dft<false>(s, d, p, w); }
+ZetStatus zetsDFTInv_CToC_16fc(const Zet16fc* s, Zet16fc* d, const ZetsDFTSpec_C_16fc* p, Zet8u* w) { return zh::dft<true>(s, d, p, w); }
 ZetStatus zetsDFTFwd_Direct_CToC_16fc(const Zet16fc* s, Zet16fc* d, int n, Zet8u* w) { return zh::direct<false>(s, d, n, w); }
 ZetStatus zetsDFTInv_Direct_CToC_16fc(const Zet16fc* s, Zet16fc* d, int n, Zet8u* w) { return zh::direct<true>(s, d, n, w); }

@@ -192,6 +192,31 @@ Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, const PlanSetup& s
     return p;
 }
 
+std::int32_t countPlan(const PlanSetup& s, int flag, CoreBytes* out) {
+    Arena spec{0, 0}, init{0, 0}, work{0, 0};
+    Allocator al{&spec, &init, &work, kCounting};
+    Plan stack;
+    std::int64_t triples[6];
+    Plan* p = create(&stack, nullptr, &al, s, triples);
+    placeholderScales(p, flag);
+    const std::int32_t code = commit(p);
+    *out = code == kOk ? CoreBytes{spec.cursor, init.cursor, work.cursor} : CoreBytes{0, 0, 0};
+    return code;
+}
+
+Plan* createInObject(Zet8u* mem, Zet8u* initBuf, const PlanSetup& s) {
+    if (!mem) return nullptr;
+    Arena spec{0, static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(mem))};
+    Arena init{0, static_cast<std::int64_t>(reinterpret_cast<std::uintptr_t>(initBuf))};
+    Arena work{0, 0};
+    Allocator al{&spec, &init, &work, kBuilding};
+    Plan* p = create(nullptr, reinterpret_cast<SpecObject*>(mem), &al, s);
+    // The persistent record keeps copies of the spec and init arenas; the
+    // work arena only counts and does not outlive this call.
+    if (p && p->allocator) p->allocator->work = nullptr;
+    return p;
+}
+
 std::int32_t commit(Plan* p) {
     p->commitRank = p->rank;
     for (int i = 0; i < 3; ++i) { p->commitDims[i] = p->dims[i]; p->commitBatch[i] = p->batch[i]; }

@@ -4,6 +4,7 @@
 // counting sizes (arenas without a base) and for building them.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 #include "zetsp.h"
@@ -147,6 +148,72 @@ bool validFlag(int flag);
 void placeholderScales(Plan* p, int flag);
 // The factors in double from N as a signed 32-bit value.
 void realScales(Plan* p, int flag, std::int64_t n);
+
+// Runs the counting plan of `s` for a scale flag: the arena totals go to
+// `out` (zeros on failure); the result is the plan code.
+std::int32_t countPlan(const PlanSetup& s, int flag, CoreBytes* out);
+// Lays the plan of `s` into the transform object that begins at `mem`, with
+// the caller's init scratch; null when the memory cannot hold it.
+Plan* createInObject(Zet8u* mem, Zet8u* initBuf, const PlanSetup& s);
+
+// Compute routing of a committed object: the binding's direct entry `at`
+// with its core when the binding is of `kind`, else the plan's entry, which
+// insists on a work buffer. Split forms pass their four arrays as `split`.
+template <bool Inv, class... Split>
+ZetStatus callEntry(const SpecObject* obj, std::int32_t kind, int at, std::int32_t fmt, Zet8u* work,
+                    const void* src, void* dst, Split... split) {
+    const Plan* p = obj->plan;
+    const auto* b = static_cast<const Binding*>(p->binding);
+    if (b && b->kind == kind) {
+        const void* core = b->pow2Core ? b->pow2Core : b->anyCore;
+        if constexpr (sizeof...(Split) == 0) {
+            using Fn = ZetStatus (*)(const void*, void*, const void*, Zet8u*);
+            return reinterpret_cast<Fn>(b->entries[at])(src, dst, core, work);
+        } else {
+            using Fn = ZetStatus (*)(Split..., const void*, Zet8u*);
+            return reinterpret_cast<Fn>(b->entries[at])(split..., core, work);
+        }
+    }
+    if (!work) return zetStsNullPtrErr;
+    const Compute c = Inv ? p->computeInverse : p->computeForward;
+    if (!c) return zetStsUnsupportedErr;
+    return statusFromCode(c(p, src, dst, fmt, 0, work));
+}
+
+// The scale fields of a core (scaleForward, scaleInverse, scale32, scale64)
+// for a scale flag and a transform of n points: 1/N, single as the float
+// quotient, or 1/sqrt(N) rounded once. False for an invalid flag.
+template <class Core> bool setCoreScale(Core* c, int flag, std::int64_t n) {
+    switch (flag) {
+        case ZET_SCALE_FWD: c->scaleForward = 1; break;
+        case ZET_SCALE_INV: c->scaleInverse = 1; break;
+        case ZET_SCALE_SYM: c->scaleForward = c->scaleInverse = 1; break;
+        case ZET_SCALE_NONE: return true;
+        default: return false;
+    }
+    const std::int32_t len = static_cast<std::int32_t>(n);
+    if (flag == ZET_SCALE_SYM) {
+        c->scale64 = 1.0 / std::sqrt(static_cast<double>(len));
+        c->scale32 = static_cast<float>(c->scale64);
+    } else {
+        c->scale64 = 1.0 / static_cast<double>(len);
+        c->scale32 = 1.0f / static_cast<float>(len);
+    }
+    return true;
+}
+
+// The work pointer that a core's kernels get: raised to the next 64-byte
+// boundary when the core counts work bytes (a null one is then refused),
+// else null.
+inline ZetStatus coreWork(std::int32_t workBytes, Zet8u*& work) {
+    if (workBytes <= 0) {
+        work = nullptr;
+        return zetStsOk;
+    }
+    if (!work) return zetStsNullPtrErr;
+    work = reinterpret_cast<Zet8u*>((reinterpret_cast<std::uintptr_t>(work) + 63) & ~std::uintptr_t{63});
+    return zetStsOk;
+}
 
 // The transform object at the first 64-byte boundary of a caller's buffer.
 inline SpecObject* objectAt(const void* buf) {

@@ -515,3 +515,93 @@ TEST_F(HalfTransform, DirectInPlaceAndAgainstGuardPages) {
 }
 
 }  // namespace
+
+// ---- DFT ---------------------------------------------------------------------------
+
+namespace {
+
+struct DftBuffers {
+    std::vector<Zet8u> spec, init, work;
+    ZetsDFTSpec_C_16fc* obj() { return reinterpret_cast<ZetsDFTSpec_C_16fc*>(spec.data()); }
+};
+DftBuffers makeDFT16(int length, int flag) {
+    DftBuffers b;
+    int s = 0, i = 0, w = 0;
+    EXPECT_EQ(zetsDFTGetSize_C_16fc(length, flag, 0, &s, &i, &w), zetStsOk);
+    int s32 = 0, i32 = 0, w32 = 0;
+    EXPECT_EQ(zetsDFTGetSize_C_32fc(length, flag, 0, &s32, &i32, &w32), zetStsOk);
+    EXPECT_EQ(s, s32 + 48);
+    EXPECT_EQ(i, i32);
+    EXPECT_EQ(w, w32 + (length << 4));
+    b.spec.resize(static_cast<std::size_t>(s));
+    b.init.resize(static_cast<std::size_t>(std::max(i, 1)));
+    b.work.resize(static_cast<std::size_t>(w));
+    EXPECT_EQ(zetsDFTInit_C_16fc(length, flag, 0, b.obj(), b.init.data()), zetStsOk);
+    return b;
+}
+
+std::vector<Zet16f> dftReference(const std::vector<Zet16f>& in, int length, int flag, bool inv) {
+    int s = 0, i = 0, w = 0;
+    EXPECT_EQ(zetsDFTGetSize_C_32fc(length, flag, 0, &s, &i, &w), zetStsOk);
+    std::vector<Zet8u> spec(static_cast<std::size_t>(s)), init(static_cast<std::size_t>(std::max(i, 1))),
+        work(static_cast<std::size_t>(std::max(w, 1)));
+    auto* obj = reinterpret_cast<ZetsDFTSpec_C_32fc*>(spec.data());
+    EXPECT_EQ(zetsDFTInit_C_32fc(length, flag, 0, obj, init.data()), zetStsOk);
+    std::vector<float> x = widen(in), y(x.size());
+    const auto* c = reinterpret_cast<const Zet32fc*>(x.data());
+    auto* d = reinterpret_cast<Zet32fc*>(y.data());
+    EXPECT_EQ(inv ? zetsDFTInv_CToC_32fc(c, d, obj, work.data()) : zetsDFTFwd_CToC_32fc(c, d, obj, work.data()), zetStsOk);
+    return toHalf(y);
+}
+
+}  // namespace
+
+TEST_F(HalfTransform, DFTIsTheSinglePrecisionDFTRoundedToHalf) {
+    std::mt19937_64 rng(77);
+    std::vector<int> lengths;
+    for (int n = 1; n <= 20; ++n) lengths.push_back(n);
+    for (int n : {53, 60, 97, 100, 1000}) lengths.push_back(n);
+    for (int length : lengths)
+        for (int flag : {ZET_SCALE_FWD, ZET_SCALE_NONE, ZET_SCALE_SYM}) {
+            DftBuffers b = makeDFT16(length, flag);
+            const auto in = randomHalves(static_cast<std::size_t>(length), rng);
+            for (bool inv : {false, true}) {
+                std::vector<Zet16f> out(2 * static_cast<std::size_t>(length), 0xFFFF);
+                ASSERT_EQ(inv ? zetsDFTInv_CToC_16fc(asC(in.data()), asC(out.data()), b.obj(), b.work.data())
+                              : zetsDFTFwd_CToC_16fc(asC(in.data()), asC(out.data()), b.obj(), b.work.data()),
+                          zetStsOk);
+                ASSERT_TRUE(sameHalves(out.data(), dftReference(in, length, flag, inv)))
+                    << "length " << length << " flag " << flag << (inv ? " inverse" : " forward");
+            }
+        }
+}
+
+TEST_F(HalfTransform, DFTChecksAndTheFeatureQuestion) {
+    int s = 0, i = 0, w = 0;
+    EXPECT_EQ(zetsDFTGetSize_C_16fc(8, ZET_SCALE_NONE, 0, &s, &i, nullptr), zetStsNullPtrErr);
+    EXPECT_EQ(zetsDFTGetSize_C_16fc(0, ZET_SCALE_NONE, 0, &s, &i, &w), zetStsSizeErr);
+    const long asked = g_dftQuestions;
+    EXPECT_EQ(zetsDFTGetSize_C_16fc(8, ZET_SCALE_NONE, 0, &s, &i, &w), zetStsOk);
+    EXPECT_EQ(g_dftQuestions, asked + 1);
+    std::vector<Zet8u> buf(static_cast<std::size_t>(s)), init(64);
+    auto* obj = reinterpret_cast<ZetsDFTSpec_C_16fc*>(buf.data());
+    EXPECT_EQ(zetsDFTInit_C_16fc(8, ZET_SCALE_NONE, 0, nullptr, init.data()), zetStsNullPtrErr);
+    EXPECT_EQ(zetsDFTInit_C_16fc(0, ZET_SCALE_NONE, 0, obj, init.data()), zetStsSizeErr);
+    // The mask on the value, at most 8: 3 and 16 fail, and no thread state changes.
+    clearFtzDaz();
+    EXPECT_EQ(zetsDFTInit_C_16fc(8, 3, 0, obj, init.data()), zetStsFFTFlagErr);
+    EXPECT_EQ(zetsDFTInit_C_16fc(8, 16, 0, obj, init.data()), zetStsFFTFlagErr);
+    ASSERT_EQ(zetsDFTInit_C_16fc(8, ZET_SCALE_NONE, 0, obj, init.data()), zetStsOk);
+    EXPECT_EQ(ftzDaz(), 0u);
+    std::vector<Zet16fc> x(8), y(8);
+    std::vector<Zet8u> work(static_cast<std::size_t>(w));
+    EXPECT_EQ(zetsDFTFwd_CToC_16fc(x.data(), y.data(), nullptr, work.data()), zetStsNullPtrErr);
+    EXPECT_EQ(zetsDFTFwd_CToC_16fc(x.data(), y.data(), reinterpret_cast<ZetsDFTSpec_C_16fc*>(init.data()), work.data()),
+              zetStsSpecMismatchErr);
+    // Work is tested after the data and after the feature question.
+    const long before = g_dftQuestions;
+    EXPECT_EQ(zetsDFTInv_CToC_16fc(nullptr, y.data(), obj, nullptr), zetStsNullPtrErr);
+    EXPECT_EQ(g_dftQuestions, before);
+    EXPECT_EQ(zetsDFTInv_CToC_16fc(x.data(), y.data(), obj, nullptr), zetStsNullPtrErr);
+    EXPECT_EQ(g_dftQuestions, before + 1);
+}

@@ -1,0 +1,253 @@
+// Forward transforms of arbitrary length against FFTW 3 on the same buffers:
+// interleaved complex in single and double precision, single precision with
+// separate real and imaginary arrays, and real input to the CCS layout
+// against FFTW's r2c transform. All out of place and unnormalised. The
+// lengths mix the ways a length can take: 12 (unrolled), 2-3-5 products
+// below and above the 2001-point sweep, a 3 times a power of two, and the
+// primes 1009 and 4099 (convolution of a 2-3-5 length and of a power of two).
+//
+// FFTW plans with FFTW_MEASURE on the plan's own arrays, which leaves
+// garbage in them: the input is written after planning, and planning stays
+// out of the timed region.
+#include "bench_util.hpp"
+
+#include <fftw3.h>
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+
+namespace {
+
+using zetbench::Buffer;
+
+constexpr long kLengths[] = {12, 60, 100, 360, 1000, 1536, 3000, 12288, 1009, 4099};
+
+std::size_t atLeastOne(int bytes) { return bytes > 0 ? static_cast<std::size_t>(bytes) : 1; }
+
+using GetSizeFn = ZetStatus (*)(int, int, ZetHint, int*, int*, int*);
+template <class Spec>
+using InitFn = ZetStatus (*)(int, int, ZetHint, Spec*, Zet8u*);
+
+// Our side of one length: the spec buffer, which every call is given as is,
+// and a work buffer.
+template <class Spec>
+struct OurSpec {
+  std::optional<Buffer> specBuf, work;
+  const Spec* spec = nullptr;
+
+  std::string setUp(int n, GetSizeFn getSize, InitFn<Spec> init) {
+    int specSize = 0, initSize = 0, workSize = 0;
+    if (getSize(n, ZET_SCALE_NONE, zetHintAccurate, &specSize, &initSize, &workSize) != zetStsOk)
+      return "our GetSize failed";
+    specBuf.emplace(atLeastOne(specSize));
+    work.emplace(atLeastOne(workSize));
+    Buffer initBuf(atLeastOne(initSize));
+    if (!*specBuf || !*work || !initBuf) return "out of memory";
+    if (init(n, ZET_SCALE_NONE, zetHintAccurate, specBuf->as<Spec>(), initBuf.as()) != zetStsOk)
+      return "our Init failed";
+    spec = specBuf->as<Spec>();
+    return {};
+  }
+};
+
+template <class T>
+void fillRandom(T* p, std::size_t count, unsigned seed) {
+  std::mt19937 rng(seed);
+  std::uniform_real_distribution<T> dist(T(-1), T(1));
+  for (std::size_t i = 0; i < count; ++i) p[i] = dist(rng);
+}
+
+// sqrt(sum |ours - peer|^2 / sum |peer|^2).
+template <class T>
+double relativeRms(const T* ours, const T* peer, std::size_t count) {
+  double diff = 0.0, norm = 0.0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const double o = static_cast<double>(ours[i]), p = static_cast<double>(peer[i]);
+    diff += (o - p) * (o - p);
+    norm += p * p;
+  }
+  return norm > 0.0 ? std::sqrt(diff / norm) : std::sqrt(diff);
+}
+
+std::string disagreement(double err, double tol) {
+  char msg[96];
+  std::snprintf(msg, sizeof msg, "ours and FFTW disagree: relative RMS %.3g above %.0e", err, tol);
+  return msg;
+}
+
+// The forms: our spec and call, FFTW's plan and execution, and the reals
+// that each side reads and writes (the split form keeps two planes).
+struct Single {
+  using Real = float;
+  using Spec = ZetsDFTSpec_C_32fc;
+  using Plan = fftwf_plan;
+  static constexpr double kTolerance = 1e-5;
+  static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32fc;
+  static constexpr InitFn<Spec> init = zetsDFTInit_C_32fc;
+  static std::size_t inReals(std::size_t n) { return 2 * n; }
+  static std::size_t outReals(std::size_t n) { return 2 * n; }
+  static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
+    return zetsDFTFwd_CToC_32fc(reinterpret_cast<const Zet32fc*>(s), reinterpret_cast<Zet32fc*>(d), spec, w);
+  }
+  static Plan plan(int n, Real* in, Real* out) {
+    return fftwf_plan_dft_1d(n, reinterpret_cast<fftwf_complex*>(in), reinterpret_cast<fftwf_complex*>(out),
+                             FFTW_FORWARD, FFTW_MEASURE);
+  }
+  static void execute(Plan p, Real* in, Real* out, std::size_t) {
+    fftwf_execute_dft(p, reinterpret_cast<fftwf_complex*>(in), reinterpret_cast<fftwf_complex*>(out));
+  }
+  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+};
+
+struct Double {
+  using Real = double;
+  using Spec = ZetsDFTSpec_C_64fc;
+  using Plan = fftw_plan;
+  static constexpr double kTolerance = 1e-12;
+  static constexpr GetSizeFn getSize = zetsDFTGetSize_C_64fc;
+  static constexpr InitFn<Spec> init = zetsDFTInit_C_64fc;
+  static std::size_t inReals(std::size_t n) { return 2 * n; }
+  static std::size_t outReals(std::size_t n) { return 2 * n; }
+  static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
+    return zetsDFTFwd_CToC_64fc(reinterpret_cast<const Zet64fc*>(s), reinterpret_cast<Zet64fc*>(d), spec, w);
+  }
+  static Plan plan(int n, Real* in, Real* out) {
+    return fftw_plan_dft_1d(n, reinterpret_cast<fftw_complex*>(in), reinterpret_cast<fftw_complex*>(out),
+                            FFTW_FORWARD, FFTW_MEASURE);
+  }
+  static void execute(Plan p, Real* in, Real* out, std::size_t) {
+    fftw_execute_dft(p, reinterpret_cast<fftw_complex*>(in), reinterpret_cast<fftw_complex*>(out));
+  }
+  static void destroy(Plan p) { fftw_destroy_plan(p); }
+};
+
+// Real and imaginary planes back to back in one buffer: [re | im]. FFTW's
+// split interface has no sign argument; its forward transform takes the
+// planes in (re, im) order.
+struct SplitSingle {
+  using Real = float;
+  using Spec = ZetsDFTSpec_C_32f;
+  using Plan = fftwf_plan;
+  static constexpr double kTolerance = 1e-5;
+  static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32f;
+  static constexpr InitFn<Spec> init = zetsDFTInit_C_32f;
+  static std::size_t inReals(std::size_t n) { return 2 * n; }
+  static std::size_t outReals(std::size_t n) { return 2 * n; }
+  static ZetStatus ours(const Real* s, Real* d, std::size_t n, const Spec* spec, Zet8u* w) {
+    return zetsDFTFwd_CToC_32f(s, s + n, d, d + n, spec, w);
+  }
+  static Plan plan(int n, Real* in, Real* out) {
+    fftwf_iodim dim{n, 1, 1};
+    return fftwf_plan_guru_split_dft(1, &dim, 0, nullptr, in, in + n, out, out + n, FFTW_MEASURE);
+  }
+  static void execute(Plan p, Real* in, Real* out, std::size_t n) { fftwf_execute_split_dft(p, in, in + n, out, out + n); }
+  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+};
+
+// Real input to CCS, which is FFTW's r2c output: N/2 + 1 complex values.
+struct RealSingle {
+  using Real = float;
+  using Spec = ZetsDFTSpec_R_32f;
+  using Plan = fftwf_plan;
+  static constexpr double kTolerance = 1e-5;
+  static constexpr GetSizeFn getSize = zetsDFTGetSize_R_32f;
+  static constexpr InitFn<Spec> init = zetsDFTInit_R_32f;
+  static std::size_t inReals(std::size_t n) { return n; }
+  static std::size_t outReals(std::size_t n) { return 2 * (n / 2 + 1); }
+  static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
+    return zetsDFTFwd_RToCCS_32f(s, d, spec, w);
+  }
+  static Plan plan(int n, Real* in, Real* out) {
+    return fftwf_plan_dft_r2c_1d(n, in, reinterpret_cast<fftwf_complex*>(out), FFTW_MEASURE);
+  }
+  static void execute(Plan p, Real* in, Real* out, std::size_t) {
+    fftwf_execute_dft_r2c(p, in, reinterpret_cast<fftwf_complex*>(out));
+  }
+  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+};
+
+template <class P>
+class Forward {
+ public:
+  using Real = typename P::Real;
+
+  explicit Forward(long n)
+      : n_(static_cast<std::size_t>(n)), in_(P::inReals(n_) * sizeof(Real)), out_(P::outReals(n_) * sizeof(Real)) {
+    error_ = setUp();
+  }
+  ~Forward() {
+    if (plan_) P::destroy(plan_);
+  }
+  Forward(const Forward&) = delete;
+  Forward& operator=(const Forward&) = delete;
+
+  long length() const { return static_cast<long>(n_); }
+  const std::string& error() const { return error_; }
+  double bytesPerCall() const { return static_cast<double>((P::inReals(n_) + P::outReals(n_)) * sizeof(Real)); }
+
+  void ours() { P::ours(in_.as<Real>(), out_.as<Real>(), n_, ours_.spec, ours_.work->as()); }
+  void peer() { P::execute(plan_, in_.as<Real>(), out_.as<Real>(), n_); }
+
+ private:
+  std::string setUp() {
+    if (!in_ || !out_) return "out of memory";
+    if (std::string e = ours_.setUp(static_cast<int>(n_), P::getSize, P::init); !e.empty()) return e;
+    plan_ = P::plan(static_cast<int>(n_), in_.as<Real>(), out_.as<Real>());
+    if (!plan_) return "FFTW could not plan";
+    fillRandom(in_.as<Real>(), P::inReals(n_), 1);
+    Buffer ref(P::outReals(n_) * sizeof(Real));
+    if (!ref) return "out of memory";
+    if (P::ours(in_.as<Real>(), ref.as<Real>(), n_, ours_.spec, ours_.work->as()) != zetStsOk)
+      return "our forward DFT failed";
+    peer();
+    const double err = relativeRms(ref.as<Real>(), out_.as<Real>(), P::outReals(n_));
+    if (!(err <= P::kTolerance)) return disagreement(err, P::kTolerance);
+    return {};
+  }
+
+  std::size_t n_;
+  Buffer in_, out_;
+  OurSpec<typename P::Spec> ours_;
+  typename P::Plan plan_ = nullptr;
+  std::string error_;
+};
+
+// The runner calls a benchmark several times for one length while it
+// settles the iteration count; the set-up of the last length is kept.
+template <class Setup>
+Setup& setUpFor(long n) {
+  static std::unique_ptr<Setup> cached;
+  if (!cached || cached->length() != n) {
+    cached.reset();
+    cached = std::make_unique<Setup>(n);
+  }
+  return *cached;
+}
+
+template <class P>
+void forward(benchmark::State& state) {
+  const long n = static_cast<long>(state.range(0));
+  Forward<P>& s = setUpFor<Forward<P>>(n);
+  if (!s.error().empty()) return state.SkipWithError(s.error().c_str());
+  zetbench::compare(state, s.bytesPerCall(), [&] { s.ours(); }, [&] { s.peer(); });
+}
+
+void addLengths(const char* name, void (*fn)(benchmark::State&)) {
+  auto* b = benchmark::RegisterBenchmark(name, fn);
+  for (long n : kLengths) b->Arg(n);
+  b->UseManualTime();
+}
+
+const bool kRegistered = [] {
+  addLengths("DFTFwd_C_32fc_vs_fftwf", forward<Single>);
+  addLengths("DFTFwd_C_64fc_vs_fftw", forward<Double>);
+  addLengths("DFTFwd_C_32f_split_vs_fftwf", forward<SplitSingle>);
+  addLengths("DFTFwd_R_32f_CCS_vs_fftwf", forward<RealSingle>);
+  return true;
+}();
+
+}  // namespace
