@@ -373,6 +373,19 @@ ZetStatus coreHeader(FFTCore* c, int order, int flag, std::int64_t n, std::int32
 }
 
 template <class T>
+ZetStatus sineFor(int order, Zet8u* initBuf, Sine<T>& sine) {
+    sine = {sineTable1024(T()), 10};
+    if (order <= 10) return zetStsOk;
+    if (!initBuf) return zetStsNullPtrErr;
+    T* s = alignUp<T>(initBuf);
+    buildSine(s, order);
+    sine = {s, order};
+    return zetStsOk;
+}
+template ZetStatus sineFor(int, Zet8u*, Sine<float>&);
+template ZetStatus sineFor(int, Zet8u*, Sine<double>&);
+
+template <class T>
 void coreTables(FFTCore* c, int order, const Sine<T>& sine) {
     const std::int64_t n = std::int64_t{1} << order;
     constexpr int W = Lanes<T>::W;
@@ -442,13 +455,8 @@ ZetStatus coreInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t
     const std::int64_t n = std::int64_t{1} << order;
     if (auto s = coreHeader(c, order, flag, n, id)) return s;
     if (order < 7) return zetStsOk;
-    Sine<T> sine{sineTable1024(T()), 10};
-    if (order > 10) {
-        if (!initBuf) return zetStsNullPtrErr;
-        T* s = alignUp<T>(initBuf);
-        buildSine(s, order);
-        sine = {s, order};
-    }
+    Sine<T> sine;
+    if (auto s = sineFor(order, initBuf, sine)) return s;
     coreTables<T>(c, order, sine);
     return zetStsOk;
 }

@@ -77,6 +77,9 @@ ZetStatus coreHeader(FFTCore* c, int order, int flag, std::int64_t n, std::int32
 ZetStatus coreChecks(const FFTCore* c, std::int32_t id, int noWorkTo, bool dataNull, Zet8u*& work);
 template <class T> struct Sine;
 template <class T> void coreTables(FFTCore* c, int order, const Sine<T>& sine);
+// The sine table of `order`: the static one up to order 10, else built into
+// the init scratch (zetStsNullPtrErr without one).
+template <class T> ZetStatus sineFor(int order, Zet8u* initBuf, Sine<T>& sine);
 template <class T, bool Inv>
 void complexPass(const FFTCore* c, int order, const T* src, T* dst, T* work, bool scaled, T scale);
 

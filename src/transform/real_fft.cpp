@@ -33,13 +33,8 @@ ZetStatus realInit(FFTCore* c, int order, int flag, Zet8u* initBuf, std::int32_t
     const std::int64_t n = std::int64_t{1} << order;
     if (auto s = coreHeader(c, order, flag, n, id)) return s;
     if (order <= 4) return zetStsOk;
-    Sine<T> sine{sineTable1024(T()), 10};
-    if (order > 10) {
-        if (!initBuf) return zetStsNullPtrErr;
-        T* s = alignUp<T>(initBuf);
-        buildSine(s, order);
-        sine = {s, order};
-    }
+    Sine<T> sine;
+    if (auto s = sineFor(order, initBuf, sine)) return s;
     // The half-length tables read the same sine table at twice the stride.
     if (order >= 8) coreTables<T>(c, order - 1, sine);
     Zet8u* base = reinterpret_cast<Zet8u*>(c) + recombineOffset(kDbl<T>, order);
@@ -73,46 +68,50 @@ void recombineCore(const FFTCore* c, T* z, int order) {
     }
 }
 
-template <class T> T scaleOf(const FFTCore* c) {
-    return kDbl<T> ? static_cast<T>(c->scale64) : static_cast<T>(c->scale32);
-}
+// The checked arguments of a real compute entry.
+template <class T> struct RealCall {
+    const T* src;
+    T* dst;
+    const FFTCore* c;
+    T* work;
+    ZetStatus status;
+    RealCall(const void* s, void* d, const void* core, Zet8u* w)
+        : src(static_cast<const T*>(s)), dst(static_cast<T*>(d)), c(static_cast<const FFTCore*>(core)) {
+        status = coreChecks(c, kDbl<T> ? kCoreR64f : kCoreR32f, 7, !src || !dst, w);
+        work = reinterpret_cast<T*>(w);
+    }
+    std::int64_t n() const { return std::int64_t{1} << c->order; }
+    T scale() const { return kDbl<T> ? static_cast<T>(c->scale64) : static_cast<T>(c->scale32); }
+};
 
 template <class T, Layout F>
 ZetStatus realForward(const void* srcV, void* dstV, const void* coreV, Zet8u* work) {
-    const T* src = static_cast<const T*>(srcV);
-    T* dst = static_cast<T*>(dstV);
-    const auto* c = static_cast<const FFTCore*>(coreV);
-    if (auto s = coreChecks(c, kDbl<T> ? kCoreR64f : kCoreR32f, 7, !src || !dst, work)) return s;
-    const int order = c->order;
-    const std::int64_t n = std::int64_t{1} << order;
-    const T scale = scaleOf<T>(c);
+    const RealCall<T> a(srcV, dstV, coreV, work);
+    if (a.status) return a.status;
+    const int order = a.c->order;
     if (order == 0) {
-        dst[0] = c->scaleForward ? src[0] * scale : src[0];
+        a.dst[0] = a.c->scaleForward ? a.src[0] * a.scale() : a.src[0];
     } else {
         // The factor goes in before the recombination, with the half transform.
-        complexPass<T, false>(c, order - 1, src, dst, reinterpret_cast<T*>(work), c->scaleForward != 0, scale);
-        recombineCore<T, false>(c, dst, order);
+        complexPass<T, false>(a.c, order - 1, a.src, a.dst, a.work, a.c->scaleForward != 0, a.scale());
+        recombineCore<T, false>(a.c, a.dst, order);
     }
-    permTo(F, dst, n);
+    permTo(F, a.dst, a.n());
     return zetStsOk;
 }
 
 template <class T, Layout F>
 ZetStatus realInverse(const void* srcV, void* dstV, const void* coreV, Zet8u* work) {
-    const T* src = static_cast<const T*>(srcV);
-    T* dst = static_cast<T*>(dstV);
-    const auto* c = static_cast<const FFTCore*>(coreV);
-    if (auto s = coreChecks(c, kDbl<T> ? kCoreR64f : kCoreR32f, 7, !src || !dst, work)) return s;
-    const int order = c->order;
-    const std::int64_t n = std::int64_t{1} << order;
-    const T scale = scaleOf<T>(c);
+    const RealCall<T> a(srcV, dstV, coreV, work);
+    if (a.status) return a.status;
+    const int order = a.c->order;
     if (order == 0) {
-        dst[0] = c->scaleInverse ? src[0] * scale : src[0];
+        a.dst[0] = a.c->scaleInverse ? a.src[0] * a.scale() : a.src[0];
         return zetStsOk;
     }
-    toPerm(F, src, dst, n);
-    recombineCore<T, true>(c, dst, order);
-    complexPass<T, true>(c, order - 1, dst, dst, reinterpret_cast<T*>(work), c->scaleInverse != 0, scale);
+    toPerm(F, a.src, a.dst, a.n());
+    recombineCore<T, true>(a.c, a.dst, order);
+    complexPass<T, true>(a.c, order - 1, a.dst, a.dst, a.work, a.c->scaleInverse != 0, a.scale());
     return zetStsOk;
 }
 
