@@ -32,7 +32,7 @@ using GetSizeFn = ZetStatus (*)(int, int, ZetHint, int*, int*, int*);
 template <class Spec>
 using InitFn = ZetStatus (*)(int, int, ZetHint, Spec*, Zet8u*);
 
-// Our side of one length: the spec buffer, which every call is given as is,
+// Our side of one length: the object buffer, which every call is given as is,
 // and a work buffer.
 template <class Spec>
 struct OurSpec {

@@ -922,10 +922,10 @@ ZETAPI ZetStatus zetsMulPackConj_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int 
 /* ---- Arbitrary-length DFT ----
  * Any length from 1: up to 0x7FFFFFF single and 0x3FFFFFF double for lengths
  * that are not powers of two (powers of two up to the FFT's orders).
- * Protocol: GetSize gives the byte counts of the spec buffer, the init
+ * Protocol: GetSize gives the byte counts of the object buffer, the init
  * scratch (needed during Init only) and the work buffer; Init lays the
  * transform object at the buffer's first 64-byte boundary. Unlike the FFT,
- * the caller passes the same (unaligned) spec buffer to every call. `flag`
+ * the caller passes the same (unaligned) object buffer to every call. `flag`
  * is one of ZET_SCALE_*, applied as the FFT does; `hint` is accepted and not
  * interpreted. Forward: X[k] = sum x[n] exp(-2 pi i nk/N); inverse with +i.
  * pSrc may equal pDst. Real forms: RToCCS writes N + 2 reals (N + 1 for odd
@@ -970,7 +970,7 @@ ZETAPI ZetStatus zetsDFTInv_PermToR_64f(const Zet64f* pSrc, Zet64f* pDst, const 
  * nearest even. GetSize gives the C_32fc sizes with 20 bytes more spec and
  * 8 << order bytes more work; the flag is one of ZET_SCALE_*. Orders up to 27:
  * at 28 the work size passes what an int holds (zetStsLengthLimitErr).
- * The object lies at the very start of the spec buffer (no alignment of its
+ * The object lies at the very start of the object buffer (no alignment of its
  * own). pSrc may equal pDst. Thread state: zetsFFTInit_C_16fc, once its arguments passed the
  * checks, turns flush-to-zero and denormals-are-zero on for the calling
  * thread and leaves them on (even if building the inner transform fails):

@@ -17,7 +17,7 @@ namespace {
 
 // ---- FFT -----------------------------------------------------------------------
 
-// The object lies at the start of the caller's spec buffer, 20 bytes with no
+// The object lies at the start of the caller's buffer, 20 bytes with no
 // padding (the 20 that GetSize adds); the inner C_32fc object is built in the
 // rest of the buffer, from byte 20 on, at its own 64-byte boundary. (Building
 // it from byte 16 would let an inner object that starts at byte 16 -- a
@@ -28,7 +28,7 @@ struct [[gnu::packed]] FFTSpec16 {
     std::uint32_t dataBytes;        // 8 << order: the data as single-precision complex values
     std::uint32_t dataOffset;       // the inner work size: where the data go in the work buffer
 };
-static_assert(sizeof(FFTSpec16) == 20, "the spec-size addend of GetSize");
+static_assert(sizeof(FFTSpec16) == 20, "the object-size addend of GetSize");
 constexpr std::uint32_t kFFTWord = 4;
 constexpr std::int64_t kSizeLimit = 2147483487;  // zetStsLengthLimitErr above
 

@@ -211,7 +211,7 @@ Plan* createInObject(Zet8u* mem, Zet8u* initBuf, const PlanSetup& s) {
     Arena work{0, 0};
     Allocator al{&spec, &init, &work, kBuilding};
     Plan* p = create(nullptr, reinterpret_cast<SpecObject*>(mem), &al, s);
-    // The persistent record keeps copies of the spec and init arenas; the
+    // The persistent record keeps copies of the object and init arenas; the
     // work arena only counts and does not outlive this call.
     if (p && p->allocator) p->allocator->work = nullptr;
     return p;

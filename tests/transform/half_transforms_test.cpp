@@ -1,6 +1,6 @@
 // Half-precision transforms: the Zet16fc FFT against the single-precision
 // FFT of the widened input rounded back to half, bit for bit; its sizes,
-// statuses and the thread state its Init leaves behind; the spec at every
+// statuses and the thread state its Init leaves behind; the object at every
 // offset of its buffer; and the direct DFT against the sum stated literally.
 //
 // Like convert_tests, this executable defines its own ownGetFeature so that
@@ -295,7 +295,7 @@ TEST_F(HalfTransform, FFTLargeOrder) {
 }
 
 // The object, the inner object and the work area stay inside the sizes
-// GetSize gave, wherever the buffers sit: the spec buffer at every offset
+// GetSize gave, wherever the buffers sit: the object buffer at every offset
 // from a 64-byte boundary with the bytes behind it watched, the work buffer
 // and the data against guard pages.
 TEST_F(HalfTransform, FFTBuffersAtEveryOffset) {
@@ -320,7 +320,7 @@ TEST_F(HalfTransform, FFTBuffersAtEveryOffset) {
             Zet16f* dst = dstR.tail<Zet16f>(2 * n);
             std::memcpy(src, in.data(), 4 * n);
             ASSERT_EQ(zetsFFTFwd_CToC_16fc(asC(src), asC(dst), obj, work), zetStsOk);
-            ASSERT_TRUE(sameHalves(dst, want)) << "order " << order << " spec buffer offset " << (reinterpret_cast<std::uintptr_t>(buf) & 63);
+            ASSERT_TRUE(sameHalves(dst, want)) << "order " << order << " object buffer offset " << (reinterpret_cast<std::uintptr_t>(buf) & 63);
         }
     }
 }
@@ -335,7 +335,7 @@ TEST_F(HalfTransform, FFTComputeChecks) {
         auto call = [inv](const Zet16fc* a, Zet16fc* c, const ZetsFFTSpec_C_16fc* p, Zet8u* wk) {
             return inv ? zetsFFTInv_CToC_16fc(a, c, p, wk) : zetsFFTFwd_CToC_16fc(a, c, p, wk);
         };
-        // The spec, then its word, then source, destination and work.
+        // The object, then its word, then source, destination and work.
         EXPECT_EQ(call(nullptr, nullptr, nullptr, nullptr), zetStsNullPtrErr);
         EXPECT_EQ(call(s, d, nullptr, w), zetStsNullPtrErr);
         EXPECT_EQ(call(nullptr, d, b.obj, w), zetStsNullPtrErr);
