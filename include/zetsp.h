@@ -783,7 +783,218 @@ ZETAPI ZetStatus zetsRShiftC_32s_I(int val, Zet32s* pSrcDst, int len);
 ZETAPI ZetStatus zetsConvert_16f32f(const Zet16f* pSrc, Zet32f* pDst, int len);
 ZETAPI ZetStatus zetsConvert_32f16f(const Zet32f* pSrc, Zet16f* pDst, int len, ZetRoundMode rndMode);
 
+/* 16s16f rounds to half like 32f16f (rndMode 0 or 1, else
+ * zetStsRoundModeValueErr). 16f16s_Sfs: the half times 2^-scale, truncated
+ * (rndMode 0) or rounded to nearest even (1), saturated; other modes give
+ * zetStsRoundModeValueErr. A NaN gives -32768. */
+ZETAPI ZetStatus zetsConvert_16s16f(const Zet16s* pSrc, Zet16f* pDst, int len, ZetRoundMode rndMode);
+ZETAPI ZetStatus zetsConvert_16f16s_Sfs(const Zet16f* pSrc, Zet16s* pDst, int len, ZetRoundMode rndMode, int scale);
+
+/* Integer to integer. Widening extends with the sign or with zeros;
+ * narrowing saturates (8s8u takes a negative value to 0). 24-bit elements
+ * are three bytes, low byte first, passed as Zet8u arrays; len counts
+ * elements. _Sfs: the value times 2^-scale rounded to nearest even and
+ * saturated; 32s16s_Sfs and 64s32s_Sfs round by rndMode instead (0 toward
+ * zero, 1 nearest even, any other value nearest with ties away from zero). */
+ZETAPI ZetStatus zetsConvert_8s16s(const Zet8s* pSrc, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsConvert_16s32s(const Zet16s* pSrc, Zet32s* pDst, int len);
+ZETAPI ZetStatus zetsConvert_24s32s(const Zet8u* pSrc, Zet32s* pDst, int len);
+ZETAPI ZetStatus zetsConvert_24u32u(const Zet8u* pSrc, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsConvert_8s8u(const Zet8s* pSrc, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsConvert_32s16s(const Zet32s* pSrc, Zet16s* pDst, int len);
+ZETAPI ZetStatus zetsConvert_8u8s_Sfs(const Zet8u* pSrc, Zet8s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_16s8s_Sfs(const Zet16s* pSrc, Zet8s* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_32s24s_Sfs(const Zet32s* pSrc, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_32u24u_Sfs(const Zet32u* pSrc, Zet8u* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_32s16s_Sfs(const Zet32s* pSrc, Zet16s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_64s32s_Sfs(const Zet64s* pSrc, Zet32s* pDst, int len, ZetRoundMode rndMode, int scale);
+
+/* Integer to floating, and between the floating types, under the thread's
+ * rounding direction. _Sfs: the value times 2^-scale, rounded once. */
+ZETAPI ZetStatus zetsConvert_8s32f(const Zet8s* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_8u32f(const Zet8u* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_16s32f(const Zet16s* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_16u32f(const Zet16u* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_24s32f(const Zet8u* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_24u32f(const Zet8u* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_32s32f(const Zet32s* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_32s64f(const Zet32s* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_64s64f(const Zet64s* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_16s32f_Sfs(const Zet16s* pSrc, Zet32f* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_32s32f_Sfs(const Zet32s* pSrc, Zet32f* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_16s64f_Sfs(const Zet16s* pSrc, Zet64f* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_32s64f_Sfs(const Zet32s* pSrc, Zet64f* pDst, int len, int scale);
+ZETAPI ZetStatus zetsConvert_32f64f(const Zet32f* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsConvert_64f32f(const Zet64f* pSrc, Zet32f* pDst, int len);
+
+/* Floating to integer: the value times 2^-scale, limited from above,
+ * rounded by rndMode (0 toward zero, 1 nearest even, any other value nearest
+ * with ties away from zero) and saturated. NaN and -infinity give the
+ * lowest value of the type (0 for unsigned types). The factor is built in
+ * the exponent field of the source type and wraps for scales beyond its
+ * range (binary32: scale 128 multiplies by -infinity, 256 by -1). The
+ * thread's control word is changed for the call and restored.
+ * 64f64s_Sfs takes only rndMode 2 (else zetStsRoundModeErr) and refuses only
+ * a len of 0; a negative len converts nothing. */
+ZETAPI ZetStatus zetsConvert_32f8s_Sfs(const Zet32f* pSrc, Zet8s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_32f8u_Sfs(const Zet32f* pSrc, Zet8u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_32f16s_Sfs(const Zet32f* pSrc, Zet16s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_32f16u_Sfs(const Zet32f* pSrc, Zet16u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_32f24s_Sfs(const Zet32f* pSrc, Zet8u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_32f24u_Sfs(const Zet32f* pSrc, Zet8u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_32f32s_Sfs(const Zet32f* pSrc, Zet32s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_64f8s_Sfs(const Zet64f* pSrc, Zet8s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_64f8u_Sfs(const Zet64f* pSrc, Zet8u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_64f16s_Sfs(const Zet64f* pSrc, Zet16s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_64f16u_Sfs(const Zet64f* pSrc, Zet16u* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_64f32s_Sfs(const Zet64f* pSrc, Zet32s* pDst, int len, ZetRoundMode rndMode, int scale);
+ZETAPI ZetStatus zetsConvert_64f64s_Sfs(const Zet64f* pSrc, Zet64s* pDst, int len, ZetRoundMode rndMode, int scale);
+
 /* ==== Thresholds ========================================================= */
+
+/* Comparison codes of the zetsThreshold_<type> forms: 0 acts as LT, 4 as GT;
+ * any other bit gives zetStsBadArgErr. */
+typedef int ZetCmpOp;
+enum {
+    zetCmpLess    = 0,
+    zetCmpGreater = 4
+};
+
+/* Real elements. LT: max(x, level), GT: min(x, level), the processor's
+ * operations with x first, so a NaN element gives level. GTVal: x where
+ * x <= level, else value (a NaN is replaced); LTVal: x where x >= level,
+ * else value. LTValGTVal: valueLT where x < levelLT, valueGT where
+ * x > levelGT, else x; levelLT above levelGT gives zetStsThreshRangeErr.
+ * Integer forms follow the same rules. */
+ZETAPI ZetStatus zetsThreshold_LT_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_LT_16s_I(Zet16s* pSrcDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_GT_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_GT_16s_I(Zet16s* pSrcDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_LT_32s(const Zet32s* pSrc, Zet32s* pDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_LT_32s_I(Zet32s* pSrcDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_GT_32s(const Zet32s* pSrc, Zet32s* pDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_GT_32s_I(Zet32s* pSrcDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_LT_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LT_32f_I(Zet32f* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_GT_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_GT_32f_I(Zet32f* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LT_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LT_64f_I(Zet64f* pSrcDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_GT_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_GT_64f_I(Zet64f* pSrcDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_16s_I(Zet16s* pSrcDst, int len, Zet16s level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_LTVal_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level, Zet16s value);
+ZETAPI ZetStatus zetsThreshold_LTVal_16s_I(Zet16s* pSrcDst, int len, Zet16s level, Zet16s value);
+ZETAPI ZetStatus zetsThreshold_GTVal_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level, Zet16s value);
+ZETAPI ZetStatus zetsThreshold_GTVal_16s_I(Zet16s* pSrcDst, int len, Zet16s level, Zet16s value);
+ZETAPI ZetStatus zetsThreshold_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_32f_I(Zet32f* pSrcDst, int len, Zet32f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_LTVal_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level, Zet32f value);
+ZETAPI ZetStatus zetsThreshold_LTVal_32f_I(Zet32f* pSrcDst, int len, Zet32f level, Zet32f value);
+ZETAPI ZetStatus zetsThreshold_GTVal_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level, Zet32f value);
+ZETAPI ZetStatus zetsThreshold_GTVal_32f_I(Zet32f* pSrcDst, int len, Zet32f level, Zet32f value);
+ZETAPI ZetStatus zetsThreshold_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_64f_I(Zet64f* pSrcDst, int len, Zet64f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_LTVal_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level, Zet64f value);
+ZETAPI ZetStatus zetsThreshold_LTVal_64f_I(Zet64f* pSrcDst, int len, Zet64f level, Zet64f value);
+ZETAPI ZetStatus zetsThreshold_GTVal_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level, Zet64f value);
+ZETAPI ZetStatus zetsThreshold_GTVal_64f_I(Zet64f* pSrcDst, int len, Zet64f level, Zet64f value);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s levelLT, Zet16s valueLT, Zet16s levelGT, Zet16s valueGT);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_16s_I(Zet16s* pSrcDst, int len, Zet16s levelLT, Zet16s valueLT, Zet16s levelGT, Zet16s valueGT);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_32s(const Zet32s* pSrc, Zet32s* pDst, int len, Zet32s levelLT, Zet32s valueLT, Zet32s levelGT, Zet32s valueGT);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_32s_I(Zet32s* pSrcDst, int len, Zet32s levelLT, Zet32s valueLT, Zet32s levelGT, Zet32s valueGT);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f levelLT, Zet32f valueLT, Zet32f levelGT, Zet32f valueGT);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_32f_I(Zet32f* pSrcDst, int len, Zet32f levelLT, Zet32f valueLT, Zet32f levelGT, Zet32f valueGT);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f levelLT, Zet64f valueLT, Zet64f levelGT, Zet64f valueGT);
+ZETAPI ZetStatus zetsThreshold_LTValGTVal_64f_I(Zet64f* pSrcDst, int len, Zet64f levelLT, Zet64f valueLT, Zet64f levelGT, Zet64f valueGT);
+
+/* Magnitudes. LTAbs: x with its magnitude raised to at least level, GTAbs:
+ * lowered to at most level, the sign kept; on floats both compare the bit
+ * patterns of the magnitude and the level as integers, so LTAbs keeps a NaN.
+ * A negative level gives zetStsNegThreshErr. LTAbsVal: value where |x| <
+ * level (compared as numbers; a NaN is kept), else x; its level is not
+ * checked. The _L forms take a 64-bit length. */
+ZETAPI ZetStatus zetsThreshold_LTAbs_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_LTAbs_16s_I(Zet16s* pSrcDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_16s_I(Zet16s* pSrcDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_16s(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s level, Zet16s value);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_16s_I(Zet16s* pSrcDst, int len, Zet16s level, Zet16s value);
+ZETAPI ZetStatus zetsThreshold_LTAbs_32s(const Zet32s* pSrc, Zet32s* pDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_LTAbs_32s_I(Zet32s* pSrcDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_32s(const Zet32s* pSrc, Zet32s* pDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_32s_I(Zet32s* pSrcDst, int len, Zet32s level);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_32s(const Zet32s* pSrc, Zet32s* pDst, int len, Zet32s level, Zet32s value);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_32s_I(Zet32s* pSrcDst, int len, Zet32s level, Zet32s value);
+ZETAPI ZetStatus zetsThreshold_LTAbs_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTAbs_32f_I(Zet32f* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_32f_I(Zet32f* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level, Zet32f value);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_32f_I(Zet32f* pSrcDst, int len, Zet32f level, Zet32f value);
+ZETAPI ZetStatus zetsThreshold_LTAbs_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LTAbs_64f_I(Zet64f* pSrcDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_GTAbs_64f_I(Zet64f* pSrcDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level, Zet64f value);
+ZETAPI ZetStatus zetsThreshold_LTAbsVal_64f_I(Zet64f* pSrcDst, int len, Zet64f level, Zet64f value);
+ZETAPI ZetStatus zetsThreshold_LTAbs_32f_L(const Zet32f* pSrc, Zet32f* pDst, long long len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTAbs_32f_I_L(Zet32f* pSrcDst, long long len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTAbs_64f_L(const Zet64f* pSrc, Zet64f* pDst, long long len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LTAbs_64f_I_L(Zet64f* pSrcDst, long long len, Zet64f level);
+
+/* Complex elements, against the magnitude; level is real, not negative
+ * (zetStsNegThreshErr, checked after relOp). LT moves an element whose
+ * magnitude is below level onto the circle of radius level along its own
+ * direction (0 goes to level + 0i); GT moves one above it onto the circle.
+ * An element with a NaN part is kept. GTVal: value in place of an element
+ * whose magnitude is not at or below level (a NaN included); LTVal: not at
+ * or above. 16sc results are rounded to nearest even. */
+ZETAPI ZetStatus zetsThreshold_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len, Zet16s level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_16sc_I(Zet16sc* pSrcDst, int len, Zet16s level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_LT_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_LT_16sc_I(Zet16sc* pSrcDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_GT_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_GT_16sc_I(Zet16sc* pSrcDst, int len, Zet16s level);
+ZETAPI ZetStatus zetsThreshold_LTVal_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len, Zet16s level, Zet16sc value);
+ZETAPI ZetStatus zetsThreshold_LTVal_16sc_I(Zet16sc* pSrcDst, int len, Zet16s level, Zet16sc value);
+ZETAPI ZetStatus zetsThreshold_GTVal_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len, Zet16s level, Zet16sc value);
+ZETAPI ZetStatus zetsThreshold_GTVal_16sc_I(Zet16sc* pSrcDst, int len, Zet16s level, Zet16sc value);
+ZETAPI ZetStatus zetsThreshold_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len, Zet32f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_32fc_I(Zet32fc* pSrcDst, int len, Zet32f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_LT_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LT_32fc_I(Zet32fc* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_GT_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_GT_32fc_I(Zet32fc* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTVal_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len, Zet32f level, Zet32fc value);
+ZETAPI ZetStatus zetsThreshold_LTVal_32fc_I(Zet32fc* pSrcDst, int len, Zet32f level, Zet32fc value);
+ZETAPI ZetStatus zetsThreshold_GTVal_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len, Zet32f level, Zet32fc value);
+ZETAPI ZetStatus zetsThreshold_GTVal_32fc_I(Zet32fc* pSrcDst, int len, Zet32f level, Zet32fc value);
+ZETAPI ZetStatus zetsThreshold_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len, Zet64f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_64fc_I(Zet64fc* pSrcDst, int len, Zet64f level, ZetCmpOp relOp);
+ZETAPI ZetStatus zetsThreshold_LT_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LT_64fc_I(Zet64fc* pSrcDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_GT_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_GT_64fc_I(Zet64fc* pSrcDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LTVal_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len, Zet64f level, Zet64fc value);
+ZETAPI ZetStatus zetsThreshold_LTVal_64fc_I(Zet64fc* pSrcDst, int len, Zet64f level, Zet64fc value);
+ZETAPI ZetStatus zetsThreshold_GTVal_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len, Zet64f level, Zet64fc value);
+ZETAPI ZetStatus zetsThreshold_GTVal_64fc_I(Zet64fc* pSrcDst, int len, Zet64f level, Zet64fc value);
+
+/* LTInv: 1/x after the LT rule on the magnitude (real: a magnitude below
+ * level becomes level with the sign of x; complex: as LT above). A negative
+ * level gives zetStsNegThreshErr. With level 0 a zero element gives an
+ * infinity (complex: in the real part) and the call returns
+ * zetStsDivByZeroWarn. */
+ZETAPI ZetStatus zetsThreshold_LTInv_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTInv_32f_I(Zet32f* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTInv_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTInv_32fc_I(Zet32fc* pSrcDst, int len, Zet32f level);
+ZETAPI ZetStatus zetsThreshold_LTInv_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LTInv_64f_I(Zet64f* pSrcDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LTInv_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len, Zet64f level);
+ZETAPI ZetStatus zetsThreshold_LTInv_64fc_I(Zet64fc* pSrcDst, int len, Zet64f level);
 
 /* ==== Statistics: sums, moments, extrema, norms, dot products ============= */
 

@@ -116,8 +116,10 @@ void narrow(const float* src, Zet16f* dst, long long n, int mode);
 template <class Route> void widenWith(const Zet16f* src, float* dst, long long n);
 template <class Route> void narrowWith(const float* src, Zet16f* dst, long long n, int mode);
 
-// The checked implementations behind zetsConvert_16f32f and zetsConvert_32f16f.
+// The checked implementations behind the half-precision conversions.
 ZetStatus convert16f32f(const Zet16f* src, float* dst, int len);
 ZetStatus convert32f16f(const float* src, Zet16f* dst, int len, ZetRoundMode mode);
+ZetStatus convert16s16f(const Zet16s* src, Zet16f* dst, int len, ZetRoundMode mode);
+ZetStatus convert16f16s(const Zet16f* src, Zet16s* dst, int len, ZetRoundMode mode, int scale);
 
 }  // namespace zet::half

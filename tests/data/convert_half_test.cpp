@@ -1,5 +1,5 @@
-// Half-precision conversions, zetsConvert_16f32f and zetsConvert_32f16f,
-// against a scalar reference stated from the binary16 format itself, on
+// Half-precision conversions, zetsConvert_16f32f, zetsConvert_32f16f,
+// zetsConvert_16s16f and zetsConvert_16f16s_Sfs, against a scalar reference stated from the binary16 format itself, on
 // both routes: this executable defines its own ownGetFeature, which takes
 // precedence over zetcore's for the library's calls, so a test can send the
 // exports down the software route on a processor that has the conversion
@@ -9,6 +9,7 @@
 #include <dlfcn.h>
 #include <immintrin.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -278,6 +279,129 @@ TEST_F(Convert32f16f, ControlWordChangesNothingAndIsRestored) {
     }
 }
 
+// ---- 16s -> 16f and 16f -> 16s ------------------------------------------------------------
+
+// A half times 2^-scale, truncated (mode 0) or rounded to nearest even (1), saturated.
+Zet16s refHalfToShort(std::uint16_t h, int scale, int mode) {
+    const float x = asFloat(refWiden(h));
+    if (std::isnan(x)) return -32768;
+    const long double v = std::ldexp(static_cast<long double>(x), -std::clamp(scale, -1000, 1000));
+    long double r = std::trunc(v);
+    if (mode == 1) {
+        const long double f = std::floor(v), frac = v - f;
+        r = frac > 0.5L || (frac == 0.5L && std::fmod(f, 2.0L) != 0) ? f + 1 : f;
+    }
+    return static_cast<Zet16s>(std::clamp(r, -32768.0L, 32767.0L));
+}
+
+std::vector<Zet16s> allShorts() {
+    std::vector<Zet16s> v(65536);
+    for (int i = 0; i < 65536; ++i) v[i] = static_cast<Zet16s>(i - 32768);
+    return v;
+}
+
+// Every 16-bit integer is exact in binary32, so the result is the float's.
+TEST(ConvertShortHalf, EveryShortInBothModesOnEveryRoute) {
+    const auto in = allShorts();
+    for (Route r : routes())
+        for (int mode : {0, 1}) {
+            RouteScope scope(r);
+            std::vector<std::uint16_t> out(in.size());
+            ASSERT_EQ(zetsConvert_16s16f(in.data(), out.data(), static_cast<int>(in.size()), mode), zetStsOk);
+            for (std::size_t i = 0; i < in.size(); ++i)
+                ASSERT_EQ(out[i], refNarrow(static_cast<float>(in[i]), mode)) << routeName(r) << " mode " << mode << " " << in[i];
+        }
+}
+
+TEST(ConvertShortHalf, EveryHalfAtEveryKindOfScaleOnEveryRoute) {
+    const auto h = allHalves();
+    for (Route r : routes())
+        for (int mode : {0, 1})
+            for (int scale : {0, 1, -1, 3, -3, 10, -10, 14, -14, 15, -15, 16, -16, 24, -24, 25, 39, 40, 41, -39, -40, -41,
+                              128, -128, 1000, INT32_MAX, INT32_MIN}) {
+                RouteScope scope(r);
+                std::vector<Zet16s> out(h.size());
+                ASSERT_EQ(zetsConvert_16f16s_Sfs(h.data(), out.data(), static_cast<int>(h.size()), mode, scale), zetStsOk);
+                for (std::size_t i = 0; i < h.size(); ++i)
+                    ASSERT_EQ(out[i], refHalfToShort(h[i], scale, mode))
+                        << routeName(r) << " mode " << mode << " scale " << scale << " half " << hex16(h[i]);
+            }
+}
+
+TEST(ConvertShortHalf, PointsChecksAndTheQuestionAsked) {
+    const Zet16f h[] = {0x4100 /* 2.5 */, 0xC100 /* -2.5 */, 0x7C00, 0xFC00, 0x7E00, 0x7BFF /* 65504 */};
+    Zet16s out[6];
+    ASSERT_EQ(zetsConvert_16f16s_Sfs(h, out, 6, 1, 0), zetStsOk);
+    const Zet16s nearest[] = {2, -2, 32767, -32768, -32768, 32767};
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(out[i], nearest[i]) << i;
+    ASSERT_EQ(zetsConvert_16f16s_Sfs(h, out, 2, 0, -1), zetStsOk);
+    EXPECT_EQ(out[0], 5);
+    EXPECT_EQ(out[1], -5);
+
+    const Zet16s s[] = {1, 2049, 2051, -32768};  // 2049 and 2051 lie halfway between halves
+    Zet16f o[4];
+    ASSERT_EQ(zetsConvert_16s16f(s, o, 4, 1), zetStsOk);
+    EXPECT_EQ(o[0], 0x3C00);
+    EXPECT_EQ(o[1], 0x6800);  // 2048, the even one
+    EXPECT_EQ(o[2], 0x6802);  // 2052
+    EXPECT_EQ(o[3], 0xF800);
+    ASSERT_EQ(zetsConvert_16s16f(s, o, 3, 0), zetStsOk);
+    EXPECT_EQ(o[2], 0x6801);
+
+    // Pointers, then the length, then the mode: only 0 and 1 pass. The
+    // feature is asked once per call that converts.
+    const Zet16f hGuard = 0x5555;
+    Zet16f hOut[2] = {hGuard, hGuard};
+    Zet16s sOut[2] = {-7, -7};
+    const long before = g_f16cQuestions;
+    EXPECT_EQ(zetsConvert_16s16f(nullptr, hOut, 2, 1), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16s16f(s, nullptr, 0, 2), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16s16f(s, hOut, 0, 2), zetStsSizeErr);
+    EXPECT_EQ(zetsConvert_16f16s_Sfs(nullptr, sOut, 2, 1, 0), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16f16s_Sfs(h, nullptr, -1, 2, 0), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16f16s_Sfs(h, sOut, -1, 2, 0), zetStsSizeErr);
+    for (int mode : {2, 3, -1}) {
+        EXPECT_EQ(zetsConvert_16s16f(s, hOut, 2, mode), zetStsRoundModeValueErr) << mode;
+        EXPECT_EQ(zetsConvert_16f16s_Sfs(h, sOut, 2, mode, 0), zetStsRoundModeValueErr) << mode;
+    }
+    EXPECT_EQ(g_f16cQuestions - before, 0);
+    EXPECT_EQ(hOut[0], hGuard);
+    EXPECT_EQ(sOut[0], -7);
+    ASSERT_EQ(zetsConvert_16s16f(s, hOut, 2, 0), zetStsOk);
+    ASSERT_EQ(zetsConvert_16f16s_Sfs(h, sOut, 2, 1, 3), zetStsOk);
+    EXPECT_EQ(g_f16cQuestions - before, 2);
+}
+
+// Whatever the caller's control word, the results follow the mode, and the
+// caller's control bits come back.
+TEST(ConvertShortHalf, ControlWordChangesNothingAndIsRestored) {
+    const auto h = allHalves();
+    const auto s = allShorts();
+    for (unsigned bits : {0x8040u, 0xE040u, 0x6000u, 0x2000u, 0x4000u}) {
+        for (Route r : routes()) {
+            for (int mode : {0, 1}) {
+                RouteScope scope(r);
+                std::vector<Zet16s> so(h.size());
+                std::vector<std::uint16_t> ho(s.size());
+                unsigned before, after;
+                {
+                    ControlWordScope cw;
+                    _mm_setcsr((_mm_getcsr() & ~0xE0C0u) | bits);  // invalid unmasked too
+                    before = controls();
+                    ASSERT_EQ(zetsConvert_16f16s_Sfs(h.data(), so.data(), static_cast<int>(h.size()), mode, -2), zetStsOk);
+                    ASSERT_EQ(zetsConvert_16s16f(s.data(), ho.data(), static_cast<int>(s.size()), mode), zetStsOk);
+                    after = controls();
+                }
+                EXPECT_EQ(after, before) << routeName(r) << " csr bits " << hex16(bits);
+                for (std::size_t i = 0; i < h.size(); ++i) {
+                    ASSERT_EQ(so[i], refHalfToShort(h[i], -2, mode)) << routeName(r) << " csr bits " << hex16(bits);
+                    ASSERT_EQ(ho[i], refNarrow(static_cast<float>(s[i]), mode)) << routeName(r) << " csr bits " << hex16(bits);
+                }
+            }
+        }
+    }
+}
+
 // ---- both: lengths, placements, checks, the question asked --------------------------
 
 TEST(ConvertHalf, EveryLengthAgainstTheGuardPages) {
@@ -302,6 +426,24 @@ TEST(ConvertHalf, EveryLengthAgainstTheGuardPages) {
                     float v;
                     std::memcpy(&v, reinterpret_cast<const unsigned char*>(fd) + 4 * i, 4);
                     ASSERT_EQ(bitsOf(v), refWiden(hsrc[i])) << routeName(r) << " len " << len << " at " << i;
+                }
+                // 16f -> 16s, against the guards in turn.
+                auto* sd = zettest::place<Zet16s>(fr, place, n);
+                ASSERT_EQ(zetsConvert_16f16s_Sfs(hs, sd, len, 1, -3), zetStsOk);
+                for (std::size_t i = 0; i < n; ++i) {
+                    Zet16s v;
+                    std::memcpy(&v, reinterpret_cast<const unsigned char*>(sd) + 2 * i, 2);
+                    ASSERT_EQ(v, refHalfToShort(hsrc[i], -3, 1)) << routeName(r) << " len " << len << " at " << i;
+                }
+                // 16s -> 16f
+                auto* ss = zettest::place<Zet16s>(fr, place, n);
+                auto* hd16 = zettest::place<Zet16f>(hr, place, n);
+                std::memcpy(ss, hsrc.data(), n * 2);
+                ASSERT_EQ(zetsConvert_16s16f(ss, hd16, len, 0), zetStsOk);
+                for (std::size_t i = 0; i < n; ++i) {
+                    std::uint16_t v;
+                    std::memcpy(&v, reinterpret_cast<const unsigned char*>(hd16) + 2 * i, 2);
+                    ASSERT_EQ(v, refNarrow(static_cast<float>(static_cast<Zet16s>(hsrc[i])), 0)) << routeName(r) << " len " << len << " at " << i;
                 }
                 // 32f -> 16f
                 auto* fs = zettest::place<Zet32f>(fr, place, n);
