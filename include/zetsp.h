@@ -998,6 +998,266 @@ ZETAPI ZetStatus zetsThreshold_LTInv_64fc_I(Zet64fc* pSrcDst, int len, Zet64f le
 
 /* ==== Statistics: sums, moments, extrema, norms, dot products ============= */
 
+/* ---- Sums and means ----
+ * Floating sums accumulate in binary64: sixteen elements a round into four
+ * 4-lane sums combined as (A + B) + (C + D), then four a round, then the upper
+ * lanes onto the lower, then the last elements in order; one rounding to the
+ * result at the end. A hint of 1 asks for the fast route instead: binary32
+ * partial sums over aligned blocks, added in binary64. The plain forms share
+ * the 64-bit-length core (pointers are checked before the length).
+ * Mean: the plain form divides the binary64 total by len; the _L form divides
+ * the rounded sum in the element's precision (the two can differ in the last
+ * bit). Integer forms sum exactly in 64 bits, then multiply by 2^-scale in
+ * binary64, hold the product to the result's range and round ties to even
+ * (zetsSum_32s_Sfs at scale 0 saturates the exact total). */
+ZETAPI ZetStatus zetsSum_32f   (const Zet32f*  pSrc, int len,       Zet32f*  pSum, ZetHint hint);
+ZETAPI ZetStatus zetsSum_32f_L (const Zet32f*  pSrc, long long len, Zet32f*  pSum, ZetHint hint);
+ZETAPI ZetStatus zetsSum_32fc  (const Zet32fc* pSrc, int len,       Zet32fc* pSum, ZetHint hint);
+ZETAPI ZetStatus zetsSum_32fc_L(const Zet32fc* pSrc, long long len, Zet32fc* pSum, ZetHint hint);
+ZETAPI ZetStatus zetsSum_64f   (const Zet64f*  pSrc, int len,       Zet64f*  pSum);
+ZETAPI ZetStatus zetsSum_64f_L (const Zet64f*  pSrc, long long len, Zet64f*  pSum);
+ZETAPI ZetStatus zetsSum_64fc  (const Zet64fc* pSrc, int len,       Zet64fc* pSum);
+ZETAPI ZetStatus zetsSum_64fc_L(const Zet64fc* pSrc, long long len, Zet64fc* pSum);
+ZETAPI ZetStatus zetsSum_16s_Sfs     (const Zet16s*  pSrc, int len, Zet16s*  pSum, int scale);
+ZETAPI ZetStatus zetsSum_16sc_Sfs    (const Zet16sc* pSrc, int len, Zet16sc* pSum, int scale);
+ZETAPI ZetStatus zetsSum_32s_Sfs     (const Zet32s*  pSrc, int len, Zet32s*  pSum, int scale);
+ZETAPI ZetStatus zetsSum_16s32s_Sfs  (const Zet16s*  pSrc, int len, Zet32s*  pSum, int scale);
+ZETAPI ZetStatus zetsSum_16sc32sc_Sfs(const Zet16sc* pSrc, int len, Zet32sc* pSum, int scale);
+ZETAPI ZetStatus zetsMean_32f   (const Zet32f*  pSrc, int len,       Zet32f*  pMean, ZetHint hint);
+ZETAPI ZetStatus zetsMean_32f_L (const Zet32f*  pSrc, long long len, Zet32f*  pMean, ZetHint hint);
+ZETAPI ZetStatus zetsMean_32fc  (const Zet32fc* pSrc, int len,       Zet32fc* pMean, ZetHint hint);
+ZETAPI ZetStatus zetsMean_32fc_L(const Zet32fc* pSrc, long long len, Zet32fc* pMean, ZetHint hint);
+ZETAPI ZetStatus zetsMean_64f   (const Zet64f*  pSrc, int len,       Zet64f*  pMean);
+ZETAPI ZetStatus zetsMean_64f_L (const Zet64f*  pSrc, long long len, Zet64f*  pMean);
+ZETAPI ZetStatus zetsMean_64fc  (const Zet64fc* pSrc, int len,       Zet64fc* pMean);
+ZETAPI ZetStatus zetsMean_64fc_L(const Zet64fc* pSrc, long long len, Zet64fc* pMean);
+ZETAPI ZetStatus zetsMean_16s_Sfs (const Zet16s*  pSrc, int len, Zet16s*  pMean, int scale);
+ZETAPI ZetStatus zetsMean_16sc_Sfs(const Zet16sc* pSrc, int len, Zet16sc* pMean, int scale);
+ZETAPI ZetStatus zetsMean_32s_Sfs (const Zet32s*  pSrc, int len, Zet32s*  pMean, int scale);
+
+/* ---- Standard deviation ----
+ * The sample deviation sqrt((s2*n - s1*s1) / (n*(n-1))), the numerator held
+ * at 0 from below; len below 2 gives zetStsSizeErr. Floating forms sum s1 and
+ * s2 in binary64 in one pass; a hint of 1 takes a faster binary32 route.
+ * Integer forms are exact up to the square root and scale like the sums. */
+ZETAPI ZetStatus zetsStdDev_32f(const Zet32f* pSrc, int len, Zet32f* pStdDev, ZetHint hint);
+ZETAPI ZetStatus zetsStdDev_64f(const Zet64f* pSrc, int len, Zet64f* pStdDev);
+ZETAPI ZetStatus zetsStdDev_16s_Sfs   (const Zet16s* pSrc, int len, Zet16s* pStdDev, int scale);
+ZETAPI ZetStatus zetsStdDev_16s32s_Sfs(const Zet16s* pSrc, int len, Zet32s* pStdDev, int scale);
+ZETAPI ZetStatus zetsMeanStdDev_32f(const Zet32f* pSrc, int len, Zet32f* pMean, Zet32f* pStdDev, ZetHint hint);
+ZETAPI ZetStatus zetsMeanStdDev_64f(const Zet64f* pSrc, int len, Zet64f* pMean, Zet64f* pStdDev);
+ZETAPI ZetStatus zetsMeanStdDev_16s_Sfs   (const Zet16s* pSrc, int len, Zet16s* pMean, Zet16s* pStdDev, int scale);
+ZETAPI ZetStatus zetsMeanStdDev_16s32s_Sfs(const Zet16s* pSrc, int len, Zet32s* pMean, Zet32s* pStdDev, int scale);
+
+/* ---- Sliding window sums ----
+ * pDst[i] = pSrc[i] + ... + pSrc[i + maskSize - 1] for i < len, rounded once:
+ * pSrc holds len + maskSize - 1 elements. maskSize below 1 gives
+ * zetStsWindowLenErr. */
+ZETAPI ZetStatus zetsSumWindow_8u32f (const Zet8u*  pSrc, Zet32f* pDst, int len, int maskSize);
+ZETAPI ZetStatus zetsSumWindow_16s32f(const Zet16s* pSrc, Zet32f* pDst, int len, int maskSize);
+
+/* ---- Extrema ----
+ * Max, Min: the processor's maximum (minimum) with the running value first,
+ * so the result with NaN elements depends on where they fall. MaxAbs, MinAbs:
+ * the same over magnitudes (the sign bit cleared; a 16s or 32s magnitude that
+ * does not fit the type saturates). Indx forms also give the position of the
+ * first occurrence: a later element replaces the candidate only if strictly
+ * better, and a NaN first element is kept. MaxIndx and MinIndx accept a null
+ * pIndx and then act as Max and Min. _L forms: pointers, then the length. */
+ZETAPI ZetStatus zetsMax_16s(const Zet16s* pSrc, int len, Zet16s* pMax);
+ZETAPI ZetStatus zetsMin_16s(const Zet16s* pSrc, int len, Zet16s* pMin);
+ZETAPI ZetStatus zetsMaxAbs_16s(const Zet16s* pSrc, int len, Zet16s* pMax);
+ZETAPI ZetStatus zetsMinAbs_16s(const Zet16s* pSrc, int len, Zet16s* pMin);
+ZETAPI ZetStatus zetsMaxIndx_16s(const Zet16s* pSrc, int len, Zet16s* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinIndx_16s(const Zet16s* pSrc, int len, Zet16s* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMaxAbsIndx_16s(const Zet16s* pSrc, int len, Zet16s* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinAbsIndx_16s(const Zet16s* pSrc, int len, Zet16s* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMax_32s(const Zet32s* pSrc, int len, Zet32s* pMax);
+ZETAPI ZetStatus zetsMin_32s(const Zet32s* pSrc, int len, Zet32s* pMin);
+ZETAPI ZetStatus zetsMaxAbs_32s(const Zet32s* pSrc, int len, Zet32s* pMax);
+ZETAPI ZetStatus zetsMinAbs_32s(const Zet32s* pSrc, int len, Zet32s* pMin);
+ZETAPI ZetStatus zetsMaxIndx_32s(const Zet32s* pSrc, int len, Zet32s* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinIndx_32s(const Zet32s* pSrc, int len, Zet32s* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMaxAbsIndx_32s(const Zet32s* pSrc, int len, Zet32s* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinAbsIndx_32s(const Zet32s* pSrc, int len, Zet32s* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMax_32f(const Zet32f* pSrc, int len, Zet32f* pMax);
+ZETAPI ZetStatus zetsMin_32f(const Zet32f* pSrc, int len, Zet32f* pMin);
+ZETAPI ZetStatus zetsMaxAbs_32f(const Zet32f* pSrc, int len, Zet32f* pMax);
+ZETAPI ZetStatus zetsMinAbs_32f(const Zet32f* pSrc, int len, Zet32f* pMin);
+ZETAPI ZetStatus zetsMaxIndx_32f(const Zet32f* pSrc, int len, Zet32f* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinIndx_32f(const Zet32f* pSrc, int len, Zet32f* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMaxAbsIndx_32f(const Zet32f* pSrc, int len, Zet32f* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinAbsIndx_32f(const Zet32f* pSrc, int len, Zet32f* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMax_64f(const Zet64f* pSrc, int len, Zet64f* pMax);
+ZETAPI ZetStatus zetsMin_64f(const Zet64f* pSrc, int len, Zet64f* pMin);
+ZETAPI ZetStatus zetsMaxAbs_64f(const Zet64f* pSrc, int len, Zet64f* pMax);
+ZETAPI ZetStatus zetsMinAbs_64f(const Zet64f* pSrc, int len, Zet64f* pMin);
+ZETAPI ZetStatus zetsMaxIndx_64f(const Zet64f* pSrc, int len, Zet64f* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinIndx_64f(const Zet64f* pSrc, int len, Zet64f* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMaxAbsIndx_64f(const Zet64f* pSrc, int len, Zet64f* pMax, int* pIndx);
+ZETAPI ZetStatus zetsMinAbsIndx_64f(const Zet64f* pSrc, int len, Zet64f* pMin, int* pIndx);
+ZETAPI ZetStatus zetsMax_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMax);
+ZETAPI ZetStatus zetsMin_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMin);
+ZETAPI ZetStatus zetsMaxAbs_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMax);
+ZETAPI ZetStatus zetsMinAbs_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMin);
+ZETAPI ZetStatus zetsMaxIndx_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMax, long long* pIndx);
+ZETAPI ZetStatus zetsMinIndx_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMin, long long* pIndx);
+ZETAPI ZetStatus zetsMaxAbsIndx_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMax, long long* pIndx);
+ZETAPI ZetStatus zetsMinAbsIndx_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMin, long long* pIndx);
+ZETAPI ZetStatus zetsMax_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMax);
+ZETAPI ZetStatus zetsMin_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMin);
+ZETAPI ZetStatus zetsMaxAbs_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMax);
+ZETAPI ZetStatus zetsMinAbs_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMin);
+ZETAPI ZetStatus zetsMaxIndx_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMax, long long* pIndx);
+ZETAPI ZetStatus zetsMinIndx_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMin, long long* pIndx);
+ZETAPI ZetStatus zetsMaxAbsIndx_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMax, long long* pIndx);
+ZETAPI ZetStatus zetsMinAbsIndx_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMin, long long* pIndx);
+
+/* Both ends: MinMax in one pass; MinMaxIndx then scans for the first element
+ * equal to each (a position stays 0 when none is, as for a NaN). MinMaxIndx
+ * checks src, pMin, pMax, pMinIndx, pMaxIndx in that order. */
+ZETAPI ZetStatus zetsMinMax_8u(const Zet8u* pSrc, int len, Zet8u* pMin, Zet8u* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_8u(const Zet8u* pSrc, int len, Zet8u* pMin, int* pMinIndx, Zet8u* pMax, int* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_16u(const Zet16u* pSrc, int len, Zet16u* pMin, Zet16u* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_16u(const Zet16u* pSrc, int len, Zet16u* pMin, int* pMinIndx, Zet16u* pMax, int* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_16s(const Zet16s* pSrc, int len, Zet16s* pMin, Zet16s* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_16s(const Zet16s* pSrc, int len, Zet16s* pMin, int* pMinIndx, Zet16s* pMax, int* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_32u(const Zet32u* pSrc, int len, Zet32u* pMin, Zet32u* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_32u(const Zet32u* pSrc, int len, Zet32u* pMin, int* pMinIndx, Zet32u* pMax, int* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_32s(const Zet32s* pSrc, int len, Zet32s* pMin, Zet32s* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_32s(const Zet32s* pSrc, int len, Zet32s* pMin, int* pMinIndx, Zet32s* pMax, int* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_32f(const Zet32f* pSrc, int len, Zet32f* pMin, Zet32f* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_32f(const Zet32f* pSrc, int len, Zet32f* pMin, int* pMinIndx, Zet32f* pMax, int* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_64f(const Zet64f* pSrc, int len, Zet64f* pMin, Zet64f* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_64f(const Zet64f* pSrc, int len, Zet64f* pMin, int* pMinIndx, Zet64f* pMax, int* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMin, Zet32f* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_32f_L(const Zet32f* pSrc, long long len, Zet32f* pMin, long long* pMinIndx, Zet32f* pMax, long long* pMaxIndx);
+ZETAPI ZetStatus zetsMinMax_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMin, Zet64f* pMax);
+ZETAPI ZetStatus zetsMinMaxIndx_64f_L(const Zet64f* pSrc, long long len, Zet64f* pMin, long long* pMinIndx, Zet64f* pMax, long long* pMaxIndx);
+
+/* Element-wise: pDst[i] = the processor's maximum (minimum) of (pSrc1[i],
+ * pSrc2[i]), which is pSrc2[i] unless pSrc1[i] is strictly greater (smaller):
+ * a NaN in either gives pSrc2[i]. _I forms: pSrcDst takes pSrc2's place. The
+ * out-of-place forms and the 64f _I forms refuse only len == 0 (a negative
+ * len does nothing); the other _I forms refuse len below 1. */
+ZETAPI ZetStatus zetsMaxEvery_8u(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsMinEvery_8u(const Zet8u* pSrc1, const Zet8u* pSrc2, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_16u(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsMinEvery_16u(const Zet16u* pSrc1, const Zet16u* pSrc2, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMinEvery_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMinEvery_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_8u_I(const Zet8u* pSrc, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsMinEvery_8u_I(const Zet8u* pSrc, Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_16u_I(const Zet16u* pSrc, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsMinEvery_16u_I(const Zet16u* pSrc, Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_16s_I(const Zet16s* pSrc, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsMinEvery_16s_I(const Zet16s* pSrc, Zet16s* pSrcDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_32s_I(const Zet32s* pSrc, Zet32s* pSrcDst, int len);
+ZETAPI ZetStatus zetsMinEvery_32s_I(const Zet32s* pSrc, Zet32s* pSrcDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMinEvery_32f_I(const Zet32f* pSrc, Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMaxEvery_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsMinEvery_64f_I(const Zet64f* pSrc, Zet64f* pSrcDst, int len);
+
+/* Order: for floating data the biased exponent of the largest magnitude minus
+ * 126 (1022 for 64f), 0 for a zero vector (1.0 gives 1, 0.5 gives 0). NaN and
+ * infinity count as 0 and give zetStsNonFiniteWarn; the invalid-operation
+ * flag is cleared if it was set. For 16s and 32s, the number of significant
+ * bits of the largest magnitude. The length is checked before the pointers. */
+ZETAPI ZetStatus zetsMaxOrder_16s(const Zet16s* pSrc, int len, int* pOrder);
+ZETAPI ZetStatus zetsMaxOrder_32s(const Zet32s* pSrc, int len, int* pOrder);
+ZETAPI ZetStatus zetsMaxOrder_32f(const Zet32f* pSrc, int len, int* pOrder);
+ZETAPI ZetStatus zetsMaxOrder_64f(const Zet64f* pSrc, int len, int* pOrder);
+
+/* ---- Norms ----
+ * Inf: the largest magnitude; L1: the sum of magnitudes; L2: the root of the
+ * sum of squared magnitudes; L2Sqr: that sum. NormDiff applies the same to
+ * pSrc1[i] - pSrc2[i]. 32f: L1 and L2 accumulate in binary32 in two 4-lane
+ * sums over blocks of 8; Norm_L2_32f folds them and roots in binary64,
+ * NormDiff_L2_32f folds and roots in binary32 (the two can differ in the last
+ * bit). 64f and complex L1, L2: binary64 (complex magnitudes sqrt(re^2 + im^2)).
+ * 16s: exact sums; _Sfs results follow the scale rule, except L2_16s32s_Sfs,
+ * which divides (scale > 0) or multiplies the binary64 root by
+ * (int)(1 << (|scale| & 31)) and truncates toward zero, saturating.
+ * _L forms: pointers, then the length, in one pass. */
+ZETAPI ZetStatus zetsNorm_Inf_16s32f(const Zet16s* pSrc, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_Inf_16s32s_Sfs(const Zet16s* pSrc, int len, Zet32s* pNorm, int scale);
+ZETAPI ZetStatus zetsNorm_Inf_32f(const Zet32f* pSrc, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_Inf_32fc32f(const Zet32fc* pSrc, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_Inf_64f(const Zet64f* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_Inf_64fc64f(const Zet64fc* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L1_16s32f(const Zet16s* pSrc, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_L1_16s32s_Sfs(const Zet16s* pSrc, int len, Zet32s* pNorm, int scale);
+ZETAPI ZetStatus zetsNorm_L1_16s64s_Sfs(const Zet16s* pSrc, int len, Zet64s* pNorm, int scale);
+ZETAPI ZetStatus zetsNorm_L1_32f(const Zet32f* pSrc, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_L1_32fc64f(const Zet32fc* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L1_64f(const Zet64f* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L1_64fc64f(const Zet64fc* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_16s32f(const Zet16s* pSrc, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_16s32s_Sfs(const Zet16s* pSrc, int len, Zet32s* pNorm, int scale);
+ZETAPI ZetStatus zetsNorm_L2_32f(const Zet32f* pSrc, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_32fc64f(const Zet32fc* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_64f(const Zet64f* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_64fc64f(const Zet64fc* pSrc, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2Sqr_16s64s_Sfs(const Zet16s* pSrc, int len, Zet64s* pNorm, int scale);
+ZETAPI ZetStatus zetsNorm_L2_32f_L(const Zet32f* pSrc, long long len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_32fc64f_L(const Zet32fc* pSrc, long long len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_64f_L(const Zet64f* pSrc, long long len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNorm_L2_64fc64f_L(const Zet64fc* pSrc, long long len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_Inf_16s32f(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_Inf_16s32s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32s* pNorm, int scale);
+ZETAPI ZetStatus zetsNormDiff_Inf_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_Inf_32fc32f(const Zet32fc* pSrc1, const Zet32fc* pSrc2, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_Inf_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_Inf_64fc64f(const Zet64fc* pSrc1, const Zet64fc* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L1_16s32f(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L1_16s32s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32s* pNorm, int scale);
+ZETAPI ZetStatus zetsNormDiff_L1_16s64s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet64s* pNorm, int scale);
+ZETAPI ZetStatus zetsNormDiff_L1_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L1_32fc64f(const Zet32fc* pSrc1, const Zet32fc* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L1_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L1_64fc64f(const Zet64fc* pSrc1, const Zet64fc* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L2_16s32f(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L2_16s32s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32s* pNorm, int scale);
+ZETAPI ZetStatus zetsNormDiff_L2_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, int len, Zet32f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L2_32fc64f(const Zet32fc* pSrc1, const Zet32fc* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L2_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L2_64fc64f(const Zet64fc* pSrc1, const Zet64fc* pSrc2, int len, Zet64f* pNorm);
+ZETAPI ZetStatus zetsNormDiff_L2Sqr_16s64s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet64s* pNorm, int scale);
+
+/* ---- Dot products ----
+ * The sum of pSrc1[i] * pSrc2[i], no conjugation. DotProd_32f: blocks of 32
+ * into eight 4-lane sums a0..a7 (fused), folded as
+ * (a0 + a2 + (a4 + a6)) + (a1 + a3 + (a5 + a7)), then groups of 4 and single
+ * elements by separate multiply and add: the result depends on len, not on
+ * alignment. 64f and the binary64 results: products and sums in binary64.
+ * 32fc and 32f32fc: binary32 sums. Integer forms are exact; 16s32s_Sfs limits
+ * scale to -31..31. _L forms: pointers, then the length, in one pass. */
+ZETAPI ZetStatus zetsDotProd_16s32f(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32f* pDp);
+ZETAPI ZetStatus zetsDotProd_16s64s(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet64s* pDp);
+ZETAPI ZetStatus zetsDotProd_16s32s_Sfs(const Zet16s* pSrc1, const Zet16s* pSrc2, int len, Zet32s* pDp, int scale);
+ZETAPI ZetStatus zetsDotProd_32s_Sfs(const Zet32s* pSrc1, const Zet32s* pSrc2, int len, Zet32s* pDp, int scale);
+ZETAPI ZetStatus zetsDotProd_16s32s32s_Sfs(const Zet16s* pSrc1, const Zet32s* pSrc2, int len, Zet32s* pDp, int scale);
+ZETAPI ZetStatus zetsDotProd_16sc64sc(const Zet16sc* pSrc1, const Zet16sc* pSrc2, int len, Zet64sc* pDp);
+ZETAPI ZetStatus zetsDotProd_16s16sc64sc(const Zet16s* pSrc1, const Zet16sc* pSrc2, int len, Zet64sc* pDp);
+ZETAPI ZetStatus zetsDotProd_32f(const Zet32f* pSrc1, const Zet32f* pSrc2, int len, Zet32f* pDp);
+ZETAPI ZetStatus zetsDotProd_32f64f(const Zet32f* pSrc1, const Zet32f* pSrc2, int len, Zet64f* pDp);
+ZETAPI ZetStatus zetsDotProd_32fc(const Zet32fc* pSrc1, const Zet32fc* pSrc2, int len, Zet32fc* pDp);
+ZETAPI ZetStatus zetsDotProd_32fc64fc(const Zet32fc* pSrc1, const Zet32fc* pSrc2, int len, Zet64fc* pDp);
+ZETAPI ZetStatus zetsDotProd_32f32fc(const Zet32f* pSrc1, const Zet32fc* pSrc2, int len, Zet32fc* pDp);
+ZETAPI ZetStatus zetsDotProd_32f32fc64fc(const Zet32f* pSrc1, const Zet32fc* pSrc2, int len, Zet64fc* pDp);
+ZETAPI ZetStatus zetsDotProd_64f(const Zet64f* pSrc1, const Zet64f* pSrc2, int len, Zet64f* pDp);
+ZETAPI ZetStatus zetsDotProd_64fc(const Zet64fc* pSrc1, const Zet64fc* pSrc2, int len, Zet64fc* pDp);
+ZETAPI ZetStatus zetsDotProd_64f64fc(const Zet64f* pSrc1, const Zet64fc* pSrc2, int len, Zet64fc* pDp);
+ZETAPI ZetStatus zetsDotProd_32f64f_L(const Zet32f* pSrc1, const Zet32f* pSrc2, long long len, Zet64f* pDp);
+ZETAPI ZetStatus zetsDotProd_32fc64fc_L(const Zet32fc* pSrc1, const Zet32fc* pSrc2, long long len, Zet64fc* pDp);
+ZETAPI ZetStatus zetsDotProd_32f32fc64fc_L(const Zet32f* pSrc1, const Zet32fc* pSrc2, long long len, Zet64fc* pDp);
+ZETAPI ZetStatus zetsDotProd_64f_L(const Zet64f* pSrc1, const Zet64f* pSrc2, long long len, Zet64f* pDp);
+ZETAPI ZetStatus zetsDotProd_64fc_L(const Zet64fc* pSrc1, const Zet64fc* pSrc2, long long len, Zet64fc* pDp);
+ZETAPI ZetStatus zetsDotProd_64f64fc_L(const Zet64f* pSrc1, const Zet64fc* pSrc2, long long len, Zet64fc* pDp);
+
 /* ==== Complex and polar utilities, reordering ============================= */
 
 /* ==== Fourier transforms ================================================= */
