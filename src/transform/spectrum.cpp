@@ -15,6 +15,7 @@
 #include "frame/checks.hpp"
 #include "frame/loops.hpp"
 #include "frame/unaligned.hpp"
+#include "transform/real_fft.hpp"
 
 namespace zet::spectrum {
 namespace {
@@ -23,36 +24,21 @@ using namespace zet::simd;
 
 enum class Layout { CCS, Pack, Perm };
 
+// The complex element type of each precision; wide registers of
+// interleaved pairs come from the real transform's layer.
 template <class T> struct Pairs;
-template <> struct Pairs<float> {
-    using C = Zet32fc;
-    using Wide = __m256;
-    static constexpr int kWide = 4;  // pairs per wide register
-    static Wide load(const float* p) { return _mm256_loadu_ps(p); }
-    static void store(float* p, Wide v) { _mm256_storeu_ps(p, v); }
-    // The pairs in reverse order: {p3, p2, p1, p0}.
-    static Wide reversed(Wide v) { return _mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(v), 0x1B)); }
-    // The sign bit of every imaginary part.
-    static Wide imagSigns() { return _mm256_setr_ps(0.f, -0.f, 0.f, -0.f, 0.f, -0.f, 0.f, -0.f); }
-};
-template <> struct Pairs<double> {
-    using C = Zet64fc;
-    using Wide = __m256d;
-    static constexpr int kWide = 2;
-    static Wide load(const double* p) { return _mm256_loadu_pd(p); }
-    static void store(double* p, Wide v) { _mm256_storeu_pd(p, v); }
-    static Wide reversed(Wide v) { return _mm256_permute4x64_pd(v, 0x4E); }
-    static Wide imagSigns() { return _mm256_setr_pd(0., -0., 0., -0.); }
-};
+template <> struct Pairs<float> { using C = Zet32fc; };
+template <> struct Pairs<double> { using C = Zet64fc; };
+template <class T> using Wide = fft::CIVec<T>;
 
 template <class T> typename Pairs<T>::C* cplx(T* p) { return reinterpret_cast<typename Pairs<T>::C*>(p); }
 template <class T> const typename Pairs<T>::C* cplx(const T* p) { return reinterpret_cast<const typename Pairs<T>::C*>(p); }
 
 // Conjugation flips the sign bit of the imaginary part, NaNs and zeros included.
-inline __m256 conj(__m256 v) { return _mm256_xor_ps(v, Pairs<float>::imagSigns()); }
-inline __m128 conj(__m128 v) { return _mm_xor_ps(v, _mm256_castps256_ps128(Pairs<float>::imagSigns())); }
-inline __m256d conj(__m256d v) { return _mm256_xor_pd(v, Pairs<double>::imagSigns()); }
-inline __m128d conj(__m128d v) { return _mm_xor_pd(v, _mm256_castpd256_pd128(Pairs<double>::imagSigns())); }
+inline __m256 conj(__m256 v) { return Wide<float>::conj(v); }
+inline __m128 conj(__m128 v) { return _mm_xor_ps(v, _mm_setr_ps(0.f, -0.f, 0.f, -0.f)); }
+inline __m256d conj(__m256d v) { return Wide<double>::conj(v); }
+inline __m128d conj(__m128d v) { return _mm_xor_pd(v, _mm_setr_pd(0., -0.)); }
 
 // ---- Conj ----------------------------------------------------------------------
 
@@ -68,11 +54,11 @@ template <Layout F> long long firstPair(long long len) {
 // backwards, reversed within the register.
 template <class T>
 void mirror(const T* pairs, T* last, long long m) {
-    using P = Pairs<T>;
-    using L = loops::Lanes<typename P::C>;
-    constexpr int W = P::kWide;
+    using P = Wide<T>;
+    using L = loops::Lanes<typename Pairs<T>::C>;
+    constexpr int W = P::C;
     long long j = 0;
-    for (; j + W <= m; j += W) P::store(last - 2 * (j + W - 1), conj(P::reversed(P::load(pairs + 2 * j))));
+    for (; j + W <= m; j += W) P::store(last - 2 * (j + W - 1), conj(P::reverse(P::load(pairs + 2 * j))));
     for (; j < m; ++j) L::storeOne(cplx(last - 2 * j), conj(L::loadOne(cplx(pairs + 2 * j))));
 }
 
