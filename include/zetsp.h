@@ -1258,7 +1258,139 @@ ZETAPI ZetStatus zetsDotProd_64f_L(const Zet64f* pSrc1, const Zet64f* pSrc2, lon
 ZETAPI ZetStatus zetsDotProd_64fc_L(const Zet64fc* pSrc1, const Zet64fc* pSrc2, long long len, Zet64fc* pDp);
 ZETAPI ZetStatus zetsDotProd_64f64fc_L(const Zet64f* pSrc1, const Zet64fc* pSrc2, long long len, Zet64fc* pDp);
 
+/* ---- Counting and zero crossings ---- */
+
+/* CountInRange: the number of elements with lowerBound <= x <= upperBound
+ * (a NaN is never counted); lowerBound above upperBound gives zetStsRangeErr
+ * after the pointer and length checks. */
+ZETAPI ZetStatus zetsCountInRange_16s(const Zet16s* pSrc, int len, int* pCounts, Zet16s lowerBound, Zet16s upperBound);
+ZETAPI ZetStatus zetsCountInRange_32s(const Zet32s* pSrc, int len, int* pCounts, Zet32s lowerBound, Zet32s upperBound);
+ZETAPI ZetStatus zetsCountInRange_32f(const Zet32f* pSrc, int len, int* pCounts, Zet32f lowerBound, Zet32f upperBound);
+ZETAPI ZetStatus zetsCountInRange_64f(const Zet64f* pSrc, int len, int* pCounts, Zet64f lowerBound, Zet64f upperBound);
+
+/* ZeroCrossing: the number of crossings between neighbours x[i-1], x[i]
+ * (a count, not a rate: divide by len - 1 for one). The mode word:
+ *   zetZCR   a change between x < 0 and x >= 0 (so -0 and NaN are not below);
+ *   zetZCXor a change of the sign bit (so -0 counts as negative);
+ *   zetZCC   |sgn x[i] - sgn x[i-1]| / 2 with sgn in {-1, 0, +1}: a step
+ *            onto or off an exact zero counts one half (NaN counts as 0).
+ * For integers zetZCR and zetZCXor agree. Checks: pointers, len < 1, then a
+ * mode outside the set gives zetStsBadModeErr. */
+typedef int ZetZCType;
+enum {
+    zetZCR   = 0,
+    zetZCXor = 1,
+    zetZCC   = 2
+};
+ZETAPI ZetStatus zetsZeroCrossing_16s32f(const Zet16s* pSrc, int len, Zet32f* pValZCR, ZetZCType zcType);
+ZETAPI ZetStatus zetsZeroCrossing_32f(const Zet32f* pSrc, int len, Zet32f* pValZCR, ZetZCType zcType);
+
 /* ==== Complex and polar utilities, reordering ============================= */
+
+/* ---- Magnitude, phase and polar form ---- */
+
+/* ---- Complex parts and conjugates ---- */
+
+/* Conj: (re, -im). Floating forms flip the sign bit of the imaginary part
+ * (NaN payloads kept); 16sc negates with saturation, so -32768 gives 32767.
+ * ConjFlip: dst[len-1-i] = conj(src[i]), src and dst must not overlap unless
+ * equal. */
+ZETAPI ZetStatus zetsConj_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len);
+ZETAPI ZetStatus zetsConj_16sc_I(Zet16sc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConj_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsConj_32fc_I(Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConj_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsConj_64fc_I(Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsConjFlip_16sc(const Zet16sc* pSrc, Zet16sc* pDst, int len);
+ZETAPI ZetStatus zetsConjFlip_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsConjFlip_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len);
+
+/* Real, Imag: one part of each element. CplxToReal: both parts, to two
+ * vectors. RealToCplx: pairs (pSrcRe[i], pSrcIm[i]); either source may be
+ * NULL and then reads as zeros (both NULL gives zetStsNullPtrErr). */
+ZETAPI ZetStatus zetsReal_16sc(const Zet16sc* pSrc, Zet16s* pDstRe, int len);
+ZETAPI ZetStatus zetsReal_32fc(const Zet32fc* pSrc, Zet32f* pDstRe, int len);
+ZETAPI ZetStatus zetsReal_64fc(const Zet64fc* pSrc, Zet64f* pDstRe, int len);
+ZETAPI ZetStatus zetsImag_16sc(const Zet16sc* pSrc, Zet16s* pDstIm, int len);
+ZETAPI ZetStatus zetsImag_32fc(const Zet32fc* pSrc, Zet32f* pDstIm, int len);
+ZETAPI ZetStatus zetsImag_64fc(const Zet64fc* pSrc, Zet64f* pDstIm, int len);
+ZETAPI ZetStatus zetsCplxToReal_16sc(const Zet16sc* pSrc, Zet16s* pDstRe, Zet16s* pDstIm, int len);
+ZETAPI ZetStatus zetsCplxToReal_32fc(const Zet32fc* pSrc, Zet32f* pDstRe, Zet32f* pDstIm, int len);
+ZETAPI ZetStatus zetsCplxToReal_64fc(const Zet64fc* pSrc, Zet64f* pDstRe, Zet64f* pDstIm, int len);
+ZETAPI ZetStatus zetsRealToCplx_16s(const Zet16s* pSrcRe, const Zet16s* pSrcIm, Zet16sc* pDst, int len);
+ZETAPI ZetStatus zetsRealToCplx_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsRealToCplx_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64fc* pDst, int len);
+
+/* ---- Reordering and byte order ---- */
+
+/* Flip: dst[len-1-i] = src[i]; pSrc equal to pDst works as the _I form,
+ * other overlaps are not allowed. */
+ZETAPI ZetStatus zetsFlip_8u(const Zet8u* pSrc, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsFlip_8u_I(Zet8u* pSrcDst, int len);
+ZETAPI ZetStatus zetsFlip_16u(const Zet16u* pSrc, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsFlip_16u_I(Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsFlip_32f(const Zet32f* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsFlip_32f_I(Zet32f* pSrcDst, int len);
+ZETAPI ZetStatus zetsFlip_64f(const Zet64f* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsFlip_64f_I(Zet64f* pSrcDst, int len);
+ZETAPI ZetStatus zetsFlip_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsFlip_32fc_I(Zet32fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsFlip_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsFlip_64fc_I(Zet64fc* pSrcDst, int len);
+ZETAPI ZetStatus zetsFlip_32f_L(const Zet32f* pSrc, Zet32f* pDst, long long len);
+ZETAPI ZetStatus zetsFlip_32f_I_L(Zet32f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsFlip_64f_L(const Zet64f* pSrc, Zet64f* pDst, long long len);
+ZETAPI ZetStatus zetsFlip_64f_I_L(Zet64f* pSrcDst, long long len);
+ZETAPI ZetStatus zetsFlip_32fc_L(const Zet32fc* pSrc, Zet32fc* pDst, long long len);
+ZETAPI ZetStatus zetsFlip_32fc_I_L(Zet32fc* pSrcDst, long long len);
+ZETAPI ZetStatus zetsFlip_64fc_L(const Zet64fc* pSrc, Zet64fc* pDst, long long len);
+ZETAPI ZetStatus zetsFlip_64fc_I_L(Zet64fc* pSrcDst, long long len);
+
+/* SwapBytes: the byte order of each element reversed. The 24u form works on
+ * len packed 3-byte elements (3 * len bytes) and has no in-place form other
+ * than pSrc equal to pDst, which it allows. */
+ZETAPI ZetStatus zetsSwapBytes_16u(const Zet16u* pSrc, Zet16u* pDst, int len);
+ZETAPI ZetStatus zetsSwapBytes_16u_I(Zet16u* pSrcDst, int len);
+ZETAPI ZetStatus zetsSwapBytes_24u(const Zet8u* pSrc, Zet8u* pDst, int len);
+ZETAPI ZetStatus zetsSwapBytes_32u(const Zet32u* pSrc, Zet32u* pDst, int len);
+ZETAPI ZetStatus zetsSwapBytes_32u_I(Zet32u* pSrcDst, int len);
+ZETAPI ZetStatus zetsSwapBytes_64u(const Zet64u* pSrc, Zet64u* pDst, int len);
+ZETAPI ZetStatus zetsSwapBytes_64u_I(Zet64u* pSrcDst, int len);
+
+/* CopyBE_1u, CopyLE_1u: copy len bits of a bit string, starting srcBitOffset
+ * bits into pSrc, to dstBitOffset bits into pDst; destination bits outside
+ * the copied range keep their values. Bit i of a string is in byte i / 8, as
+ * the bit of weight 2^(7 - i % 8) in BE (first bit most significant) and
+ * 2^(i % 8) in LE. Offsets may be any value >= 0 (a negative one gives
+ * zetStsBadArgErr after the pointer and length checks); len counts bits. The
+ * strings must not overlap. */
+ZETAPI ZetStatus zetsCopyBE_1u(const Zet8u* pSrc, int srcBitOffset, Zet8u* pDst, int dstBitOffset, int len);
+ZETAPI ZetStatus zetsCopyLE_1u(const Zet8u* pSrc, int srcBitOffset, Zet8u* pDst, int dstBitOffset, int len);
+
+/* ---- Normalisation and NaN replacement ---- */
+
+/* Normalize: dst = (src - vSub) / vDiv, the difference rounded and then
+ * divided (a true division, no reciprocal). Complex forms subtract a complex
+ * value and divide both parts by the real vDiv. 16-bit forms: the exact
+ * (x - vSub) * 2^-scaleFactor / vDiv rounded to nearest with ties to even
+ * and saturated. Checks: pointers, len < 1, then vDiv equal to 0 gives
+ * zetStsDivByZeroErr. */
+ZETAPI ZetStatus zetsNormalize_32f(const Zet32f* pSrc, Zet32f* pDst, int len, Zet32f vSub, Zet32f vDiv);
+ZETAPI ZetStatus zetsNormalize_32f_I(Zet32f* pSrcDst, int len, Zet32f vSub, Zet32f vDiv);
+ZETAPI ZetStatus zetsNormalize_64f(const Zet64f* pSrc, Zet64f* pDst, int len, Zet64f vSub, Zet64f vDiv);
+ZETAPI ZetStatus zetsNormalize_64f_I(Zet64f* pSrcDst, int len, Zet64f vSub, Zet64f vDiv);
+ZETAPI ZetStatus zetsNormalize_32fc(const Zet32fc* pSrc, Zet32fc* pDst, int len, Zet32fc vSub, Zet32f vDiv);
+ZETAPI ZetStatus zetsNormalize_32fc_I(Zet32fc* pSrcDst, int len, Zet32fc vSub, Zet32f vDiv);
+ZETAPI ZetStatus zetsNormalize_64fc(const Zet64fc* pSrc, Zet64fc* pDst, int len, Zet64fc vSub, Zet64f vDiv);
+ZETAPI ZetStatus zetsNormalize_64fc_I(Zet64fc* pSrcDst, int len, Zet64fc vSub, Zet64f vDiv);
+ZETAPI ZetStatus zetsNormalize_16s_Sfs(const Zet16s* pSrc, Zet16s* pDst, int len, Zet16s vSub, int vDiv, int scaleFactor);
+ZETAPI ZetStatus zetsNormalize_16s_ISfs(Zet16s* pSrcDst, int len, Zet16s vSub, int vDiv, int scaleFactor);
+ZETAPI ZetStatus zetsNormalize_16sc_Sfs(const Zet16sc* pSrc, Zet16sc* pDst, int len, Zet16sc vSub, int vDiv, int scaleFactor);
+ZETAPI ZetStatus zetsNormalize_16sc_ISfs(Zet16sc* pSrcDst, int len, Zet16sc vSub, int vDiv, int scaleFactor);
+
+/* ReplaceNAN: every NaN (quiet or signalling, any sign) replaced by value. */
+ZETAPI ZetStatus zetsReplaceNAN_32f_I(Zet32f* pSrcDst, int len, Zet32f value);
+ZETAPI ZetStatus zetsReplaceNAN_64f_I(Zet64f* pSrcDst, int len, Zet64f value);
 
 /* ==== Fourier transforms ================================================= */
 
