@@ -1289,6 +1289,62 @@ ZETAPI ZetStatus zetsZeroCrossing_32f(const Zet32f* pSrc, int len, Zet32f* pValZ
 
 /* ---- Magnitude, phase and polar form ---- */
 
+/* Magnitude: |z| = sqrt(re^2 + im^2), at most 1 ulp from the correctly
+ * rounded result over the whole range (no spurious overflow or underflow); an
+ * infinite part gives +inf even beside a NaN, otherwise a NaN gives NaN.
+ * Phase: atan2(im, re) in [-pi, pi] within 2 ulp, with C's signed zeros and
+ * infinities: atan2(+-0, -0) = +-pi, atan2(+-0, +0) = +-0, two infinite parts
+ * give +-pi/4 or +-3pi/4; a NaN gives NaN.
+ * PowerSpectr: re^2 + im^2 as fma(re, re, im * im): im * im rounded, then one
+ * fused multiply-add.
+ * The _32f and _64f forms take the parts as two planes, pSrcRe and pSrcIm.
+ * 16-bit sources are computed in binary64, where squares and sums are exact
+ * and the root is correctly rounded (the phase is the 64f one), then rounded
+ * to binary32 (16s32f, 16sc32f: magnitude and power correctly rounded) or by
+ * the scale rule (_Sfs: the result, the phase in radians, times
+ * 2^-scaleFactor, rounded to nearest even and saturated; the power exactly so). */
+ZETAPI ZetStatus zetsMagnitude_32fc(const Zet32fc* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMagnitude_64fc(const Zet64fc* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMagnitude_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMagnitude_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsMagnitude_16sc32f(const Zet16sc* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMagnitude_16s32f(const Zet16s* pSrcRe, const Zet16s* pSrcIm, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsMagnitude_16sc_Sfs(const Zet16sc* pSrc, Zet16s* pDst, int len, int scaleFactor);
+ZETAPI ZetStatus zetsMagnitude_16s_Sfs(const Zet16s* pSrcRe, const Zet16s* pSrcIm, Zet16s* pDst, int len, int scaleFactor);
+ZETAPI ZetStatus zetsPhase_32fc(const Zet32fc* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPhase_64fc(const Zet64fc* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsPhase_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPhase_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsPhase_16sc32f(const Zet16sc* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPhase_16s32f(const Zet16s* pSrcRe, const Zet16s* pSrcIm, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPhase_16sc_Sfs(const Zet16sc* pSrc, Zet16s* pDst, int len, int scaleFactor);
+ZETAPI ZetStatus zetsPhase_16s_Sfs(const Zet16s* pSrcRe, const Zet16s* pSrcIm, Zet16s* pDst, int len, int scaleFactor);
+ZETAPI ZetStatus zetsPowerSpectr_32fc(const Zet32fc* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPowerSpectr_64fc(const Zet64fc* pSrc, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsPowerSpectr_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPowerSpectr_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDst, int len);
+ZETAPI ZetStatus zetsPowerSpectr_16sc32f(const Zet16sc* pSrc, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPowerSpectr_16s32f(const Zet16s* pSrcRe, const Zet16s* pSrcIm, Zet32f* pDst, int len);
+ZETAPI ZetStatus zetsPowerSpectr_16sc_Sfs(const Zet16sc* pSrc, Zet16s* pDst, int len, int scaleFactor);
+ZETAPI ZetStatus zetsPowerSpectr_16s_Sfs(const Zet16s* pSrcRe, const Zet16s* pSrcIm, Zet16s* pDst, int len, int scaleFactor);
+
+/* CartToPolar: Magnitude and Phase in one pass, bit for bit the same results.
+ * PolarToCart: pSrcMagn[i] * cos(pSrcPhase[i]) and pSrcMagn[i] * sin(pSrcPhase[i]),
+ * each product rounded once from a sine and cosine carried beyond the working
+ * precision: within 1 ulp for |phase| <= 2^20 pi, and from the C library's
+ * sine and cosine (product rounded after them) for larger finite phases. A
+ * phase that is not finite gives NaN; an infinite magnitude gives the signed
+ * infinity (or NaN where the sine or cosine is 0). The 32f forms compute in
+ * binary64 and round the results to binary32 (within 1 ulp at any phase). */
+ZETAPI ZetStatus zetsCartToPolar_32fc(const Zet32fc* pSrc, Zet32f* pDstMagn, Zet32f* pDstPhase, int len);
+ZETAPI ZetStatus zetsCartToPolar_64fc(const Zet64fc* pSrc, Zet64f* pDstMagn, Zet64f* pDstPhase, int len);
+ZETAPI ZetStatus zetsCartToPolar_32f(const Zet32f* pSrcRe, const Zet32f* pSrcIm, Zet32f* pDstMagn, Zet32f* pDstPhase, int len);
+ZETAPI ZetStatus zetsCartToPolar_64f(const Zet64f* pSrcRe, const Zet64f* pSrcIm, Zet64f* pDstMagn, Zet64f* pDstPhase, int len);
+ZETAPI ZetStatus zetsPolarToCart_32fc(const Zet32f* pSrcMagn, const Zet32f* pSrcPhase, Zet32fc* pDst, int len);
+ZETAPI ZetStatus zetsPolarToCart_64fc(const Zet64f* pSrcMagn, const Zet64f* pSrcPhase, Zet64fc* pDst, int len);
+ZETAPI ZetStatus zetsPolarToCart_32f(const Zet32f* pSrcMagn, const Zet32f* pSrcPhase, Zet32f* pDstRe, Zet32f* pDstIm, int len);
+ZETAPI ZetStatus zetsPolarToCart_64f(const Zet64f* pSrcMagn, const Zet64f* pSrcPhase, Zet64f* pDstRe, Zet64f* pDstIm, int len);
+
 /* ---- Complex parts and conjugates ---- */
 
 /* Conj: (re, -im). Floating forms flip the sign bit of the imaginary part
