@@ -48,12 +48,10 @@ using zettest::bitsOf;
 using zettest::fromBits;
 using zettest::GuardedRegion;
 
-const bool kHasF16C = realFeature(ZET_FEATURE_F16C) != 0;
-
 // The routes a test runs: software always, hardware where the processor has it.
 std::vector<Route> routes() {
     std::vector<Route> r{kSoftware};
-    if (kHasF16C) r.push_back(kHardware);
+    if (realFeature(ZET_FEATURE_F16C)) r.push_back(kHardware);
     return r;
 }
 const char* routeName(Route r) { return r == kSoftware ? "software" : "hardware"; }
@@ -102,6 +100,19 @@ std::uint16_t refNarrow(float x, int mode) {
     return sign | static_cast<std::uint16_t>(((ev - 1 + 15) << 10) | mant);
 }
 
+// A half times 2^-scale, truncated (mode 0) or rounded to nearest even (1), saturated.
+Zet16s refHalfToShort(std::uint16_t h, int scale, int mode) {
+    const float x = fromBits<float>(refWiden(h));
+    if (std::isnan(x)) return -32768;
+    const long double v = std::ldexp(static_cast<long double>(x), -std::clamp(scale, -1000, 1000));
+    long double r = std::trunc(v);
+    if (mode == 1) {
+        const long double f = std::floor(v), frac = v - f;
+        r = frac > 0.5L || (frac == 0.5L && std::fmod(f, 2.0L) != 0) ? f + 1 : f;
+    }
+    return static_cast<Zet16s>(std::clamp(r, -32768.0L, 32767.0L));
+}
+
 // Half bits for failure messages (AssertionResult streams each operand into a
 // fresh message, so std::hex would not stick).
 std::string hex16(unsigned v) {
@@ -110,28 +121,26 @@ std::string hex16(unsigned v) {
     return buf;
 }
 
-float asFloat(std::uint32_t b) { return fromBits<float>(b); }
-
 // The floats that matter for narrowing: every half value, each midpoint
 // between neighbouring halves (the ties) and the floats beside it, the
 // binade edges, float denormals, the overflow threshold, huge values,
 // infinities and NaNs of every kind, and a sweep over all bit patterns.
 std::vector<float> narrowingInputs() {
     std::vector<float> v;
+    auto both = [&](std::uint32_t x) { v.push_back(fromBits<float>(x)), v.push_back(fromBits<float>(x | 0x80000000u)); };
     for (std::uint32_t h = 0; h < 0x7C00; ++h) {
         const std::uint32_t lo = refWiden(static_cast<std::uint16_t>(h)), hi = refWiden(static_cast<std::uint16_t>(h + 1));
-        const double mid = (static_cast<double>(asFloat(lo)) + asFloat(hi)) / 2;  // exact in float
+        const double mid = (static_cast<double>(fromBits<float>(lo)) + fromBits<float>(hi)) / 2;  // exact in float
         const std::uint32_t m = static_cast<std::uint32_t>(bitsOf(static_cast<float>(mid)));
-        for (std::uint32_t x : {lo, lo + 1, m - 1, m, m + 1, hi - 1})
-            for (std::uint32_t s : {0u, 0x80000000u}) v.push_back(asFloat(x | s));
+        for (std::uint32_t x : {lo, lo + 1, m - 1, m, m + 1, hi - 1}) both(x);
     }
     for (std::uint32_t x : {0x477FE000u, 0x477FEFFFu, 0x477FF000u, 0x477FF001u, 0x477FFFFFu, 0x47800000u, 0x47800001u,
                             0x4F000000u, 0x7F7FFFFFu, 0x7F800000u, 0x7F800001u, 0x7F802000u, 0x7FA00000u, 0x7FBFFFFFu,
                             0x7FC00000u, 0x7FC01FFFu, 0x7FFFFFFFu, 0x00000001u, 0x007FFFFFu, 0x00800000u, 0x33000000u,
                             0x33000001u, 0x32FFFFFFu, 0x33800000u, 0x337FFFFFu, 0x387FC000u, 0x387FE000u, 0x387FF000u,
                             0x387FFFFFu, 0x38800000u})
-        for (std::uint32_t s : {0u, 0x80000000u}) v.push_back(asFloat(x | s));
-    for (std::uint64_t x = 0; x < (std::uint64_t{1} << 32); x += 997) v.push_back(asFloat(static_cast<std::uint32_t>(x)));
+        both(x);
+    for (std::uint64_t x = 0; x < (std::uint64_t{1} << 32); x += 997) v.push_back(fromBits<float>(static_cast<std::uint32_t>(x)));
     std::mt19937_64 rng(16);
     std::vector<float> r(100000);
     zettest::fillFloats(r.data(), r.size(), rng, 4);
@@ -144,98 +153,64 @@ std::vector<std::uint16_t> allHalves() {
     for (std::uint32_t i = 0; i < h.size(); ++i) h[i] = static_cast<std::uint16_t>(i);
     return h;
 }
+std::vector<Zet16s> allShorts() {
+    std::vector<Zet16s> v(65536);
+    for (int i = 0; i < 65536; ++i) v[i] = static_cast<Zet16s>(i - 32768);
+    return v;
+}
 
-// The control word without the exception flags.
-unsigned controls() { return _mm_getcsr() & ~0x3Fu; }
-
-struct ControlWordScope {
-    unsigned saved = _mm_getcsr();
-    ~ControlWordScope() { _mm_setcsr(saved); }
-};
+// The caller's control words the conversions run under: as it is, then
+// flush-to-zero and denormals-are-zero (as zetsFFTInit_C_16fc leaves them)
+// and each rounding direction. `invalid` also unmasks the invalid operation.
+// Runs `body` under each on every route and checks the control bits come
+// back; the bits follow the mode alone.
+template <class Body> void underEveryControlWord(bool invalid, Body body) {
+    for (unsigned bits : {~0u, 0x8040u, 0xE040u, 0x6000u, 0x2000u, 0x4000u})
+        for (Route r : routes()) {
+            RouteScope scope(r);
+            const unsigned saved = _mm_getcsr();
+            if (bits != ~0u) _mm_setcsr((saved & ~(invalid ? 0xE0C0u : 0xE040u)) | bits);
+            const unsigned before = _mm_getcsr() & ~0x3Fu;
+            body(std::string(routeName(r)) + " csr bits " + hex16(bits));
+            const unsigned after = _mm_getcsr() & ~0x3Fu;
+            _mm_setcsr(saved);
+            EXPECT_EQ(after, before) << routeName(r) << " csr bits " << hex16(bits);
+        }
+}
 
 // ---- 16f -> 32f ----------------------------------------------------------------------
 
-TEST(Convert16f32f, EveryHalfOnEveryRoute) {
+// Half denormals widen to their values even with flush-to-zero on.
+TEST(Convert16f32f, EveryHalfUnderEveryControlWordOnEveryRoute) {
     const auto h = allHalves();
-    for (Route r : routes()) {
-        RouteScope scope(r);
+    underEveryControlWord(false, [&](const std::string& where) {
         std::vector<float> out(h.size());
         ASSERT_EQ(zetsConvert_16f32f(h.data(), out.data(), static_cast<int>(h.size())), zetStsOk);
-        for (std::size_t i = 0; i < h.size(); ++i)
-            ASSERT_EQ(bitsOf(out[i]), refWiden(h[i])) << routeName(r) << " half " << hex16(h[i]);
-    }
-}
-
-// zetsFFTInit_C_16fc leaves flush-to-zero and denormals-are-zero on; half
-// denormals must still widen to their values, on both routes.
-TEST(Convert16f32f, ControlWordChangesNothing) {
-    const auto h = allHalves();
-    for (unsigned bits : {0x8040u, 0xE040u, 0x6000u, 0x2000u}) {
-        for (Route r : routes()) {
-            RouteScope scope(r);
-            std::vector<float> out(h.size());
-            ZetStatus st;
-            {
-                ControlWordScope cw;
-                _mm_setcsr((_mm_getcsr() & ~0xE040u) | bits);
-                st = zetsConvert_16f32f(h.data(), out.data(), static_cast<int>(h.size()));
-            }
-            ASSERT_EQ(st, zetStsOk);
-            for (std::size_t i = 0; i < h.size(); ++i)
-                ASSERT_EQ(bitsOf(out[i]), refWiden(h[i])) << routeName(r) << " csr bits " << hex16(bits) << " half " << hex16(h[i]);
-        }
-    }
+        for (std::size_t i = 0; i < h.size(); ++i) ASSERT_EQ(bitsOf(out[i]), refWiden(h[i])) << where << " half " << hex16(h[i]);
+    });
 }
 
 // ---- 32f -> 16f ----------------------------------------------------------------------
 
-class Convert32f16f : public ::testing::Test {
-protected:
-    // The inputs and, per mode, their reference results (worked out once,
-    // under the default control word).
-    struct Data {
-        std::vector<float> in;
-        std::vector<std::uint16_t> want[2];
-    };
-    static void SetUpTestSuite() {
-        data_ = new Data{narrowingInputs(), {}};
-        for (int mode : {0, 1})
-            for (float x : data_->in) data_->want[mode].push_back(refNarrow(x, mode));
-    }
-    static void TearDownTestSuite() {
-        delete data_;
-        data_ = nullptr;
-    }
-
-    // Every input through the export in one call, against the reference.
-    static ::testing::AssertionResult matches(int mode) {
-        const auto& in = data_->in;
-        std::vector<std::uint16_t> out(in.size());
-        const ZetStatus st = zetsConvert_32f16f(in.data(), out.data(), static_cast<int>(in.size()), mode);
-        if (st != zetStsOk) return ::testing::AssertionFailure() << "status " << st;
-        for (std::size_t i = 0; i < in.size(); ++i) {
-            const std::uint16_t want = data_->want[mode][i];
-            if (out[i] != want)
-                return ::testing::AssertionFailure() << "mode " << mode << " input " << zettest::hexBits(in[i]) << " got "
-                                                     << hex16(out[i]) << " want " << hex16(want);
-        }
-        return ::testing::AssertionSuccess();
-    }
-
-private:
-    static Data* data_;
-};
-Convert32f16f::Data* Convert32f16f::data_ = nullptr;
-
-TEST_F(Convert32f16f, TiesDenormalsOverflowAndNaNsInBothModesOnEveryRoute) {
-    for (Route r : routes())
+// Every input through the export in one call in both modes, against the
+// reference worked out once under the default control word; the control bits
+// the software route clears for mode 1 are back afterwards.
+TEST(Convert32f16f, TiesDenormalsOverflowAndNaNsUnderEveryControlWordOnEveryRoute) {
+    const std::vector<float> in = narrowingInputs();
+    std::vector<std::uint16_t> want[2];
+    for (int mode : {0, 1})
+        for (float x : in) want[mode].push_back(refNarrow(x, mode));
+    underEveryControlWord(false, [&](const std::string& where) {
         for (int mode : {0, 1}) {
-            RouteScope scope(r);
-            EXPECT_TRUE(matches(mode)) << routeName(r);
+            std::vector<std::uint16_t> out(in.size());
+            ASSERT_EQ(zetsConvert_32f16f(in.data(), out.data(), static_cast<int>(in.size()), mode), zetStsOk);
+            for (std::size_t i = 0; i < in.size(); ++i)
+                ASSERT_EQ(out[i], want[mode][i]) << where << " mode " << mode << " input " << zettest::hexBits(in[i]);
         }
+    });
 }
 
-TEST_F(Convert32f16f, ReferencePoints) {
+TEST(Convert32f16f, ReferencePoints) {
     struct Case { float x; int mode; std::uint16_t want; };
     const Case cases[] = {
         {1.0f, 1, 0x3C00}, {-2.0f, 0, 0xC000}, {65504.0f, 1, 0x7BFF}, {65519.996f, 1, 0x7BFF},
@@ -258,59 +233,25 @@ TEST_F(Convert32f16f, ReferencePoints) {
     }
 }
 
-// Whatever the caller's flush-to-zero, denormals-are-zero and rounding
-// direction, the bits follow the mode alone; and the control bits the
-// software route clears for mode 1 are back afterwards.
-TEST_F(Convert32f16f, ControlWordChangesNothingAndIsRestored) {
-    for (unsigned bits : {0x8040u, 0xE040u, 0x6000u, 0x2000u, 0x4000u}) {
-        for (Route r : routes()) {
-            for (int mode : {0, 1}) {
-                RouteScope scope(r);
-                ControlWordScope cw;
-                _mm_setcsr((_mm_getcsr() & ~0xE040u) | bits);
-                const unsigned before = controls();
-                const auto res = matches(mode);
-                const unsigned after = controls();
-                _mm_setcsr(cw.saved);
-                EXPECT_TRUE(res) << routeName(r) << " csr bits " << hex16(bits);
-                EXPECT_EQ(after, before) << routeName(r) << " mode " << mode;
-            }
-        }
-    }
-}
-
 // ---- 16s -> 16f and 16f -> 16s ------------------------------------------------------------
 
-// A half times 2^-scale, truncated (mode 0) or rounded to nearest even (1), saturated.
-Zet16s refHalfToShort(std::uint16_t h, int scale, int mode) {
-    const float x = asFloat(refWiden(h));
-    if (std::isnan(x)) return -32768;
-    const long double v = std::ldexp(static_cast<long double>(x), -std::clamp(scale, -1000, 1000));
-    long double r = std::trunc(v);
-    if (mode == 1) {
-        const long double f = std::floor(v), frac = v - f;
-        r = frac > 0.5L || (frac == 0.5L && std::fmod(f, 2.0L) != 0) ? f + 1 : f;
-    }
-    return static_cast<Zet16s>(std::clamp(r, -32768.0L, 32767.0L));
-}
-
-std::vector<Zet16s> allShorts() {
-    std::vector<Zet16s> v(65536);
-    for (int i = 0; i < 65536; ++i) v[i] = static_cast<Zet16s>(i - 32768);
-    return v;
-}
-
-// Every 16-bit integer is exact in binary32, so the result is the float's.
-TEST(ConvertShortHalf, EveryShortInBothModesOnEveryRoute) {
-    const auto in = allShorts();
-    for (Route r : routes())
+// Every 16-bit integer is exact in binary32, so the result is the float's;
+// every half at one scale under every control word (invalid unmasked too).
+TEST(ConvertShortHalf, EveryShortAndEveryHalfUnderEveryControlWordOnEveryRoute) {
+    const auto h = allHalves();
+    const auto s = allShorts();
+    underEveryControlWord(true, [&](const std::string& where) {
         for (int mode : {0, 1}) {
-            RouteScope scope(r);
-            std::vector<std::uint16_t> out(in.size());
-            ASSERT_EQ(zetsConvert_16s16f(in.data(), out.data(), static_cast<int>(in.size()), mode), zetStsOk);
-            for (std::size_t i = 0; i < in.size(); ++i)
-                ASSERT_EQ(out[i], refNarrow(static_cast<float>(in[i]), mode)) << routeName(r) << " mode " << mode << " " << in[i];
+            std::vector<Zet16s> so(h.size());
+            std::vector<std::uint16_t> ho(s.size());
+            ASSERT_EQ(zetsConvert_16f16s_Sfs(h.data(), so.data(), static_cast<int>(h.size()), mode, -2), zetStsOk);
+            ASSERT_EQ(zetsConvert_16s16f(s.data(), ho.data(), static_cast<int>(s.size()), mode), zetStsOk);
+            for (std::size_t i = 0; i < h.size(); ++i) {
+                ASSERT_EQ(so[i], refHalfToShort(h[i], -2, mode)) << where << " mode " << mode << " half " << hex16(h[i]);
+                ASSERT_EQ(ho[i], refNarrow(static_cast<float>(s[i]), mode)) << where << " mode " << mode << " " << s[i];
+            }
         }
+    });
 }
 
 TEST(ConvertShortHalf, EveryHalfAtEveryKindOfScaleOnEveryRoute) {
@@ -328,82 +269,35 @@ TEST(ConvertShortHalf, EveryHalfAtEveryKindOfScaleOnEveryRoute) {
             }
 }
 
-TEST(ConvertShortHalf, PointsChecksAndTheQuestionAsked) {
+TEST(ConvertShortHalf, ReferencePoints) {
     const Zet16f h[] = {0x4100 /* 2.5 */, 0xC100 /* -2.5 */, 0x7C00, 0xFC00, 0x7E00, 0x7BFF /* 65504 */};
     Zet16s out[6];
     ASSERT_EQ(zetsConvert_16f16s_Sfs(h, out, 6, 1, 0), zetStsOk);
     const Zet16s nearest[] = {2, -2, 32767, -32768, -32768, 32767};
     for (int i = 0; i < 6; ++i) EXPECT_EQ(out[i], nearest[i]) << i;
     ASSERT_EQ(zetsConvert_16f16s_Sfs(h, out, 2, 0, -1), zetStsOk);
-    EXPECT_EQ(out[0], 5);
-    EXPECT_EQ(out[1], -5);
-
+    EXPECT_TRUE(out[0] == 5 && out[1] == -5);
     const Zet16s s[] = {1, 2049, 2051, -32768};  // 2049 and 2051 lie halfway between halves
     Zet16f o[4];
     ASSERT_EQ(zetsConvert_16s16f(s, o, 4, 1), zetStsOk);
-    EXPECT_EQ(o[0], 0x3C00);
-    EXPECT_EQ(o[1], 0x6800);  // 2048, the even one
-    EXPECT_EQ(o[2], 0x6802);  // 2052
-    EXPECT_EQ(o[3], 0xF800);
+    EXPECT_TRUE(o[0] == 0x3C00 && o[1] == 0x6800 && o[2] == 0x6802 && o[3] == 0xF800);  // 2048 and 2052, the even ones
     ASSERT_EQ(zetsConvert_16s16f(s, o, 3, 0), zetStsOk);
     EXPECT_EQ(o[2], 0x6801);
-
-    // Pointers, then the length, then the mode: only 0 and 1 pass. The
-    // feature is asked once per call that converts.
-    const Zet16f hGuard = 0x5555;
-    Zet16f hOut[2] = {hGuard, hGuard};
-    Zet16s sOut[2] = {-7, -7};
-    const long before = g_f16cQuestions;
-    EXPECT_EQ(zetsConvert_16s16f(nullptr, hOut, 2, 1), zetStsNullPtrErr);
-    EXPECT_EQ(zetsConvert_16s16f(s, nullptr, 0, 2), zetStsNullPtrErr);
-    EXPECT_EQ(zetsConvert_16s16f(s, hOut, 0, 2), zetStsSizeErr);
-    EXPECT_EQ(zetsConvert_16f16s_Sfs(nullptr, sOut, 2, 1, 0), zetStsNullPtrErr);
-    EXPECT_EQ(zetsConvert_16f16s_Sfs(h, nullptr, -1, 2, 0), zetStsNullPtrErr);
-    EXPECT_EQ(zetsConvert_16f16s_Sfs(h, sOut, -1, 2, 0), zetStsSizeErr);
-    for (int mode : {2, 3, -1}) {
-        EXPECT_EQ(zetsConvert_16s16f(s, hOut, 2, mode), zetStsRoundModeValueErr) << mode;
-        EXPECT_EQ(zetsConvert_16f16s_Sfs(h, sOut, 2, mode, 0), zetStsRoundModeValueErr) << mode;
-    }
-    EXPECT_EQ(g_f16cQuestions - before, 0);
-    EXPECT_EQ(hOut[0], hGuard);
-    EXPECT_EQ(sOut[0], -7);
-    ASSERT_EQ(zetsConvert_16s16f(s, hOut, 2, 0), zetStsOk);
-    ASSERT_EQ(zetsConvert_16f16s_Sfs(h, sOut, 2, 1, 3), zetStsOk);
-    EXPECT_EQ(g_f16cQuestions - before, 2);
 }
 
-// Whatever the caller's control word, the results follow the mode, and the
-// caller's control bits come back.
-TEST(ConvertShortHalf, ControlWordChangesNothingAndIsRestored) {
-    const auto h = allHalves();
-    const auto s = allShorts();
-    for (unsigned bits : {0x8040u, 0xE040u, 0x6000u, 0x2000u, 0x4000u}) {
-        for (Route r : routes()) {
-            for (int mode : {0, 1}) {
-                RouteScope scope(r);
-                std::vector<Zet16s> so(h.size());
-                std::vector<std::uint16_t> ho(s.size());
-                unsigned before, after;
-                {
-                    ControlWordScope cw;
-                    _mm_setcsr((_mm_getcsr() & ~0xE0C0u) | bits);  // invalid unmasked too
-                    before = controls();
-                    ASSERT_EQ(zetsConvert_16f16s_Sfs(h.data(), so.data(), static_cast<int>(h.size()), mode, -2), zetStsOk);
-                    ASSERT_EQ(zetsConvert_16s16f(s.data(), ho.data(), static_cast<int>(s.size()), mode), zetStsOk);
-                    after = controls();
-                }
-                EXPECT_EQ(after, before) << routeName(r) << " csr bits " << hex16(bits);
-                for (std::size_t i = 0; i < h.size(); ++i) {
-                    ASSERT_EQ(so[i], refHalfToShort(h[i], -2, mode)) << routeName(r) << " csr bits " << hex16(bits);
-                    ASSERT_EQ(ho[i], refNarrow(static_cast<float>(s[i]), mode)) << routeName(r) << " csr bits " << hex16(bits);
-                }
-            }
-        }
+// ---- all four: lengths, placements, checks, the question asked --------------------------
+
+// Each element read back from a possibly unaligned destination.
+template <class T, class Ref> ::testing::AssertionResult each(const void* got, std::size_t n, Ref want) {
+    for (std::size_t i = 0; i < n; ++i) {
+        T v;
+        std::memcpy(&v, static_cast<const unsigned char*>(got) + sizeof(T) * i, sizeof(T));
+        if (v != want(i)) return ::testing::AssertionFailure() << "element " << i << " got " << +v << " want " << +want(i);
     }
+    return ::testing::AssertionSuccess();
 }
 
-// ---- both: lengths, placements, checks, the question asked --------------------------
-
+// Source and destination against the guards in turn, and off alignment.
 TEST(ConvertHalf, EveryLengthAgainstTheGuardPages) {
     std::mt19937_64 rng(7);
     for (Route r : routes()) {
@@ -417,85 +311,68 @@ TEST(ConvertHalf, EveryLengthAgainstTheGuardPages) {
             for (auto& h : hsrc) h = static_cast<std::uint16_t>(rng());
             for (auto place : {zettest::Placement{zettest::Placement::Tail, 0}, zettest::Placement{zettest::Placement::Head, 0},
                                zettest::Placement{zettest::Placement::Offset, 1}, zettest::Placement{zettest::Placement::Offset, 6}}) {
-                // 16f -> 32f: source and destination against the guards in turn.
+                SCOPED_TRACE(std::string(routeName(r)) + " len " + std::to_string(len) + " " + place.name());
                 auto* hs = zettest::place<Zet16f>(hr, place, n);
                 auto* fd = zettest::place<Zet32f>(fr, place, n);
                 std::memcpy(hs, hsrc.data(), n * 2);
                 ASSERT_EQ(zetsConvert_16f32f(hs, fd, len), zetStsOk);
-                for (std::size_t i = 0; i < n; ++i) {
-                    float v;
-                    std::memcpy(&v, reinterpret_cast<const unsigned char*>(fd) + 4 * i, 4);
-                    ASSERT_EQ(bitsOf(v), refWiden(hsrc[i])) << routeName(r) << " len " << len << " at " << i;
-                }
-                // 16f -> 16s, against the guards in turn.
+                ASSERT_TRUE(each<std::uint32_t>(fd, n, [&](std::size_t i) { return refWiden(hsrc[i]); })) << "16f32f";
                 auto* sd = zettest::place<Zet16s>(fr, place, n);
                 ASSERT_EQ(zetsConvert_16f16s_Sfs(hs, sd, len, 1, -3), zetStsOk);
-                for (std::size_t i = 0; i < n; ++i) {
-                    Zet16s v;
-                    std::memcpy(&v, reinterpret_cast<const unsigned char*>(sd) + 2 * i, 2);
-                    ASSERT_EQ(v, refHalfToShort(hsrc[i], -3, 1)) << routeName(r) << " len " << len << " at " << i;
-                }
-                // 16s -> 16f
+                ASSERT_TRUE(each<Zet16s>(sd, n, [&](std::size_t i) { return refHalfToShort(hsrc[i], -3, 1); })) << "16f16s";
                 auto* ss = zettest::place<Zet16s>(fr, place, n);
-                auto* hd16 = zettest::place<Zet16f>(hr, place, n);
                 std::memcpy(ss, hsrc.data(), n * 2);
-                ASSERT_EQ(zetsConvert_16s16f(ss, hd16, len, 0), zetStsOk);
-                for (std::size_t i = 0; i < n; ++i) {
-                    std::uint16_t v;
-                    std::memcpy(&v, reinterpret_cast<const unsigned char*>(hd16) + 2 * i, 2);
-                    ASSERT_EQ(v, refNarrow(static_cast<float>(static_cast<Zet16s>(hsrc[i])), 0)) << routeName(r) << " len " << len << " at " << i;
-                }
-                // 32f -> 16f
+                ASSERT_EQ(zetsConvert_16s16f(ss, hs, len, 0), zetStsOk);
+                ASSERT_TRUE(each<std::uint16_t>(hs, n, [&](std::size_t i) { return refNarrow(float(Zet16s(hsrc[i])), 0); })) << "16s16f";
                 auto* fs = zettest::place<Zet32f>(fr, place, n);
-                auto* hd = zettest::place<Zet16f>(hr, place, n);
                 std::memcpy(fs, fsrc.data(), n * 4);
                 for (int mode : {0, 1}) {
-                    ASSERT_EQ(zetsConvert_32f16f(fs, hd, len, mode), zetStsOk);
-                    for (std::size_t i = 0; i < n; ++i) {
-                        std::uint16_t h;
-                        std::memcpy(&h, reinterpret_cast<const unsigned char*>(hd) + 2 * i, 2);
-                        ASSERT_EQ(h, refNarrow(fsrc[i], mode)) << routeName(r) << " len " << len << " at " << i;
-                    }
+                    ASSERT_EQ(zetsConvert_32f16f(fs, hs, len, mode), zetStsOk);
+                    ASSERT_TRUE(each<std::uint16_t>(hs, n, [&](std::size_t i) { return refNarrow(fsrc[i], mode); })) << "32f16f mode " << mode;
                 }
             }
         }
     }
 }
 
-TEST(ConvertHalf, StatusOrderAndNothingWrittenOnError) {
-    Zet16f h[4] = {0x3C00, 0x3C00, 0x3C00, 0x3C00};
-    float f[4] = {1, 1, 1, 1};
-    const Zet16f hGuard = 0x5555;
-    Zet16f hOut[4] = {hGuard, hGuard, hGuard, hGuard};
-    float fOut[4] = {-7, -7, -7, -7};
-    // 16f32f: pointers, then the length.
+// Pointers, then the length, then the mode: only 0 and 1 pass; nothing is
+// written on an error. The feature is asked once per call that converts, and
+// not before the checks pass.
+TEST(ConvertHalf, StatusOrderAndTheQuestionAsked) {
+    Zet16f h[4] = {0x3C00, 0x3C00, 0x3C00, 0x3C00}, hOut[4] = {0x5555, 0x5555, 0x5555, 0x5555};
+    float f[4] = {1, 1, 1, 1}, fOut[4] = {-7, -7, -7, -7};
+    const Zet16s s[2] = {1, 2};
+    Zet16s sOut[4] = {-7, -7, -7, -7};
+    const long before = g_f16cQuestions;
     EXPECT_EQ(zetsConvert_16f32f(nullptr, fOut, 4), zetStsNullPtrErr);
     EXPECT_EQ(zetsConvert_16f32f(h, nullptr, 4), zetStsNullPtrErr);
     EXPECT_EQ(zetsConvert_16f32f(nullptr, nullptr, 0), zetStsNullPtrErr);
     EXPECT_EQ(zetsConvert_16f32f(h, fOut, 0), zetStsSizeErr);
     EXPECT_EQ(zetsConvert_16f32f(h, fOut, -1), zetStsSizeErr);
-    // 32f16f: pointers, then the length, then the mode; only 0 and 1 pass.
     EXPECT_EQ(zetsConvert_32f16f(nullptr, hOut, 4, 1), zetStsNullPtrErr);
     EXPECT_EQ(zetsConvert_32f16f(f, nullptr, 4, 1), zetStsNullPtrErr);
     EXPECT_EQ(zetsConvert_32f16f(nullptr, hOut, 0, 2), zetStsNullPtrErr);
     EXPECT_EQ(zetsConvert_32f16f(f, hOut, 0, 1), zetStsSizeErr);
     EXPECT_EQ(zetsConvert_32f16f(f, hOut, -5, 2), zetStsSizeErr);
-    for (int mode : {2, 3, 7, -1, 0x7FFFFFFF}) EXPECT_EQ(zetsConvert_32f16f(f, hOut, 4, mode), zetStsRoundModeValueErr) << mode;
-    for (float v : fOut) EXPECT_EQ(v, -7.0f);
-    for (Zet16f v : hOut) EXPECT_EQ(v, hGuard);
-}
-
-// The feature is asked on every call that converts, and not before the checks pass.
-TEST(ConvertHalf, AsksForTheFeatureOnEveryCall) {
-    Zet16f h[3] = {0x3C00, 0x4000, 0x4200};
-    float f[3];
-    const long before = g_f16cQuestions;
+    EXPECT_EQ(zetsConvert_16s16f(nullptr, hOut, 2, 1), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16s16f(s, nullptr, 0, 2), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16s16f(s, hOut, 0, 2), zetStsSizeErr);
+    EXPECT_EQ(zetsConvert_16f16s_Sfs(nullptr, sOut, 2, 1, 0), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16f16s_Sfs(h, nullptr, -1, 2, 0), zetStsNullPtrErr);
+    EXPECT_EQ(zetsConvert_16f16s_Sfs(h, sOut, -1, 2, 0), zetStsSizeErr);
+    for (int mode : {2, 3, 7, -1, 0x7FFFFFFF}) {
+        EXPECT_EQ(zetsConvert_32f16f(f, hOut, 4, mode), zetStsRoundModeValueErr) << mode;
+        EXPECT_EQ(zetsConvert_16s16f(s, hOut, 2, mode), zetStsRoundModeValueErr) << mode;
+        EXPECT_EQ(zetsConvert_16f16s_Sfs(h, sOut, 2, mode, 0), zetStsRoundModeValueErr) << mode;
+    }
+    EXPECT_EQ(g_f16cQuestions - before, 0);
+    for (int i = 0; i < 4; ++i) EXPECT_TRUE(fOut[i] == -7.0f && hOut[i] == 0x5555 && sOut[i] == -7) << i;
     ASSERT_EQ(zetsConvert_16f32f(h, f, 3), zetStsOk);
     ASSERT_EQ(zetsConvert_32f16f(f, h, 3, 0), zetStsOk);
     ASSERT_EQ(zetsConvert_32f16f(f, h, 3, 1), zetStsOk);
-    EXPECT_EQ(g_f16cQuestions - before, 3);
-    EXPECT_EQ(zetsConvert_32f16f(f, h, 3, 2), zetStsRoundModeValueErr);
-    EXPECT_EQ(g_f16cQuestions - before, 3);
+    ASSERT_EQ(zetsConvert_16s16f(s, hOut, 2, 0), zetStsOk);
+    ASSERT_EQ(zetsConvert_16f16s_Sfs(h, sOut, 2, 1, 3), zetStsOk);
+    EXPECT_EQ(g_f16cQuestions - before, 5);
 }
 
 }  // namespace

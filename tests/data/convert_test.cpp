@@ -227,13 +227,17 @@ std::vector<Args> argsFor(const Case& c, std::initializer_list<int> scales) {
 }
 
 // ---- every export over every length, against the guard pages ------------------------------
-
-TEST(Convert, EveryLengthAndPlacementMatchesTheReference) {
+// Every export at every length and placement against the guard pages at a
+// few scales; then at one length, scales across the whole range, where the
+// kernels change strategy: small shifts, the 32-bit edges of the integer
+// rule, the binary32 exponent range of the integer-to-float factor, and the
+// wrapping float-to-integer factor.
+TEST(Convert, EveryLengthPlacementAndScaleMatchesTheReference) {
     std::mt19937_64 rng(32);
     const Placement places[] = {{Placement::Tail, 0}, {Placement::Head, 0}, {Placement::Offset, 1}, {Placement::Offset, 6}};
     for (const Case& c : kCases) {
         const int sb = bytesOf(c.from), db = bytesOf(c.to);
-        for (Args a : argsFor(c, {0, 3, -2})) {
+        for (Args a : argsFor(c, {0, 3, -2}))
             for (int len : zettest::kernelLengths()) {
                 const std::size_t n = static_cast<std::size_t>(len);
                 GuardedRegion sr(n * sb + 128), dr(n * db + 128);
@@ -244,141 +248,83 @@ TEST(Convert, EveryLengthAndPlacementMatchesTheReference) {
                     ASSERT_TRUE(matches(c, src, dst, len, a)) << c.name << " mode " << a.mode << " scale " << a.scale << " " << pl.name();
                 }
             }
-        }
-    }
-}
-
-// Scales across the whole range, where the kernels change strategy: small
-// shifts, the 32-bit edges of the integer rule, the binary32 exponent range
-// of the integer-to-float factor, and the wrapping float-to-integer factor.
-TEST(Convert, EveryScaleMatchesTheReference) {
-    std::mt19937_64 rng(33);
-    const int len = 203;
-    std::vector<u8> src(len * 8), dst(len * 8);
-    for (const Case& c : kCases) {
         if (!c.scale) continue;
+        std::vector<u8> src(203 * 8), dst(203 * 8);
         for (Args a : argsFor(c, {1, 2, 7, 8, 15, 16, 17, 23, 24, 29, 30, 31, 32, 33, 34, 40, 63, 64, 65, 66, 96, 97,
                                   126, 127, 128, 129, 150, 255, 256, 257, 400, 401, 1023, 1024, 1100, 1300, 100000,
                                   INT32_MAX, -1, -7, -8, -15, -16, -24, -29, -30, -31, -32, -33, -40, -95, -96, -97,
                                   -127, -128, -129, -256, -400, -401, -1023, -1100, -1300, INT32_MIN})) {
-            fillSource(c, src.data(), len, a.scale, rng);
-            ASSERT_TRUE(matches(c, src.data(), dst.data(), len, a)) << c.name << " mode " << a.mode << " scale " << a.scale;
+            fillSource(c, src.data(), 203, a.scale, rng);
+            ASSERT_TRUE(matches(c, src.data(), dst.data(), 203, a)) << c.name << " mode " << a.mode << " scale " << a.scale;
         }
     }
 }
 
 // ---- named points ---------------------------------------------------------------------------
+// Each export by name on one element; kEach stands for each of the modes 0, 1 and 2.
+constexpr int kEach = 1000;
+struct Point { const char* fn; long double x; int mode, scale; long double want; };
+const Case k64f64s = MODE_SFS(64f, 64s, Zet64f, Zet64s);  // mode 2 only: kept out of the sweeps
 
-TEST(Convert, FloatToShortPoints) {
-    struct Pt { float x; int mode, scale; Zet16s want; };
-    const float nan = std::nanf(""), inf = INFINITY;
-    const Pt pts[] = {
-        {2.5f, 0, 0, 2}, {2.5f, 1, 0, 2}, {2.5f, 2, 0, 3}, {-2.5f, 0, 0, -2}, {-2.5f, 1, 0, -2}, {-2.5f, 2, 0, -3},
-        {3.5f, 1, 0, 4}, {2.5f, 7, 0, 3}, {2.5f, 5, 0, 3}, {-2.5f, -1, 0, -3},  // every other mode is mode 2
-        {0.49999997f, 2, 0, 0}, {-0.49999997f, 2, 0, 0}, {0.5f, 2, 0, 1},     // the half is added toward zero
-        {nan, 0, 0, -32768}, {nan, 1, 0, -32768}, {nan, 2, 0, -32768}, {-nan, 1, 3, -32768},
-        {inf, 0, 0, 32767}, {inf, 2, 0, 32767}, {-inf, 0, 0, -32768}, {-inf, 2, 0, -32768},
-        {32767.4f, 1, 0, 32767}, {32767.5f, 1, 0, 32767}, {-32768.5f, 2, 0, -32768}, {1e10f, 1, 0, 32767}, {-3e9f, 1, 0, -32768},
-        {10.0f, 1, 1, 5}, {10.0f, 1, 2, 2}, {10.0f, 2, 2, 3}, {3.0f, 1, -3, 24}, {5000.0f, 1, -3, 32767},
-        {5.0f, 1, 127, 0},     // the factor's bits are all zero: 0
-        {5.0f, 1, 128, -32768}, // the borrow reaches the sign: times -infinity
-        {-5.0f, 1, 128, 32767}, {5.0f, 1, 256, -5}, // 1 - 256 wraps to the bits of -1
-        {5.0f, 1, -128, 32767}, {0.0f, 1, 128, -32768}, // 0 times infinity is a NaN
+TEST(Convert, NamedPoints) {
+    const long double nan = NAN, inf = INFINITY, i32max = INT32_MAX, i32min = INT32_MIN, i64max = INT64_MAX, i64min = INT64_MIN;
+    const Point pts[] = {
+        // Float to 16 bits. Every mode other than 0 and 1 is mode 2, which adds the half toward zero.
+        {"32f16s_Sfs", 2.5, 0, 0, 2}, {"32f16s_Sfs", 2.5, 1, 0, 2}, {"32f16s_Sfs", 2.5, 2, 0, 3}, {"32f16s_Sfs", -2.5, 0, 0, -2},
+        {"32f16s_Sfs", -2.5, 1, 0, -2}, {"32f16s_Sfs", -2.5, 2, 0, -3}, {"32f16s_Sfs", 3.5, 1, 0, 4}, {"32f16s_Sfs", 2.5, 7, 0, 3},
+        {"32f16s_Sfs", 2.5, 5, 0, 3}, {"32f16s_Sfs", -2.5, -1, 0, -3}, {"32f16s_Sfs", 0.49999997f, 2, 0, 0}, {"32f16s_Sfs", -0.49999997f, 2, 0, 0},
+        {"32f16s_Sfs", 0.5, 2, 0, 1}, {"32f16s_Sfs", nan, 0, 0, -32768}, {"32f16s_Sfs", nan, 1, 0, -32768}, {"32f16s_Sfs", nan, 2, 0, -32768},
+        {"32f16s_Sfs", -nan, 1, 3, -32768}, {"32f16s_Sfs", inf, 0, 0, 32767}, {"32f16s_Sfs", inf, 2, 0, 32767}, {"32f16s_Sfs", -inf, 0, 0, -32768},
+        {"32f16s_Sfs", -inf, 2, 0, -32768}, {"32f16s_Sfs", 32767.4f, 1, 0, 32767}, {"32f16s_Sfs", 32767.5f, 1, 0, 32767},
+        {"32f16s_Sfs", -32768.5f, 2, 0, -32768}, {"32f16s_Sfs", 1e10f, 1, 0, 32767}, {"32f16s_Sfs", -3e9f, 1, 0, -32768},
+        {"32f16s_Sfs", 10, 1, 1, 5}, {"32f16s_Sfs", 10, 1, 2, 2}, {"32f16s_Sfs", 10, 2, 2, 3}, {"32f16s_Sfs", 3, 1, -3, 24}, {"32f16s_Sfs", 5000, 1, -3, 32767},
+        // The factor 1 - scale in the exponent field: at 127 its bits are all zero (0); at 128 the borrow
+        // reaches the sign (times -infinity); 1 - 256 wraps to the bits of -1; 0 times infinity is a NaN.
+        {"32f16s_Sfs", 5, 1, 127, 0}, {"32f16s_Sfs", 5, 1, 128, -32768}, {"32f16s_Sfs", -5, 1, 128, 32767}, {"32f16s_Sfs", 5, 1, 256, -5},
+        {"32f16s_Sfs", 5, 1, -128, 32767}, {"32f16s_Sfs", 0, 1, 128, -32768},
+        // From binary32 the top is 2^31, which is no 32-bit integer: it gives the largest.
+        {"32f32s_Sfs", 2147483520.0f, kEach, 0, 2147483520}, {"32f32s_Sfs", 2147483648.0f, kEach, 0, i32max}, {"32f32s_Sfs", 3e9f, kEach, 0, i32max},
+        {"32f32s_Sfs", inf, kEach, 0, i32max}, {"32f32s_Sfs", -2147483648.0f, kEach, 0, i32min}, {"32f32s_Sfs", -3e9f, kEach, 0, i32min},
+        {"32f32s_Sfs", -inf, kEach, 0, i32min}, {"32f32s_Sfs", nan, kEach, 0, i32min},
+        {"64f32s_Sfs", 2147483646.5, 0, 0, 2147483646}, {"64f32s_Sfs", 2147483646.5, 1, 0, 2147483646}, {"64f32s_Sfs", 2147483646.5, 2, 0, i32max},
+        {"64f32s_Sfs", 2147483647.0, kEach, 0, i32max}, {"64f32s_Sfs", 2147483647.4, kEach, 0, i32max}, {"64f32s_Sfs", 2147483647.5, kEach, 0, i32max},
+        {"64f32s_Sfs", -2147483648.5, kEach, 0, i32min}, {"64f32s_Sfs", -2147483648.4, kEach, 0, i32min},
+        {"64f64s_Sfs", 2.5, 2, 0, 3}, {"64f64s_Sfs", -2.5, 2, 0, -3}, {"64f64s_Sfs", 0.49999999999999994, 2, 0, 0}, {"64f64s_Sfs", 9.3e18, 2, 0, i64max},
+        {"64f64s_Sfs", -9.3e18, 2, 0, i64min}, {"64f64s_Sfs", 9223372036854775807.0, 2, 0, i64max}, {"64f64s_Sfs", nan, 2, 0, i64min},
+        {"64f64s_Sfs", -inf, 2, 0, i64min}, {"64f64s_Sfs", 1e300, 2, 0, i64max}, {"64f64s_Sfs", 12, 2, 3, 2} /* 1.5 away from zero */,
+        {"64f64s_Sfs", -12, 2, 3, -2}, {"64f64s_Sfs", 12, 2, 1024, i64min} /* the factor's bits wrap to -infinity */,
+        // Packed 24 bits: three bytes an element, little endian; narrowing saturates to 24 bits.
+        {"24u32u", 0x030201, kEach, 0, 0x030201}, {"24u32u", 0xFFFFFF, kEach, 0, 0xFFFFFF}, {"24u32u", 0x800000, kEach, 0, 0x800000},
+        {"24s32s", 0x030201, kEach, 0, 0x030201}, {"24s32s", -1, kEach, 0, -1}, {"24s32s", -8388608, kEach, 0, -8388608},
+        {"32s24s_Sfs", 0x030201, kEach, 0, 0x030201}, {"32s24s_Sfs", -1, kEach, 0, -1}, {"32s24s_Sfs", i32max, kEach, 0, 0x7FFFFF}, {"32s24s_Sfs", i32min, kEach, 0, -0x800000},
+        // The integer rule: 2^-scale rounded by the mode (ties to even, away, toward zero), then saturated.
+        {"32s16s_Sfs", 1, 1, 1, 0}, {"32s16s_Sfs", 3, 1, 1, 2}, {"32s16s_Sfs", -1, 1, 1, 0}, {"32s16s_Sfs", -3, 1, 1, -2}, {"32s16s_Sfs", 1, 2, 1, 1},
+        {"32s16s_Sfs", -1, 2, 1, -1}, {"32s16s_Sfs", 3, 0, 1, 1}, {"32s16s_Sfs", -3, 0, 1, -1}, {"32s16s_Sfs", 70000, 1, 1, 32767},
+        {"32s16s_Sfs", 70000, 1, 2, 17500}, {"32s16s_Sfs", -70000, 1, 0, -32768}, {"32s16s_Sfs", 1, 1, -15, 32767}, {"32s16s_Sfs", -1, 1, -15, -32768},
+        {"32s16s_Sfs", 1, 1, -14, 16384}, {"32s16s_Sfs", 0, 1, -40, 0}, {"32s16s_Sfs", i32min, 1, 32, 0}, {"32s16s_Sfs", i32min, 2, 32, -1},
+        {"32s16s_Sfs", i32min, 0, 32, 0}, {"32s16s_Sfs", i32max, 2, 32, 0}, {"32s16s_Sfs", i32min, 2, 33, 0},
+        {"64s32s_Sfs", 5, kEach, 2, 1}, {"64s32s_Sfs", -5, kEach, 2, -1}, {"64s32s_Sfs", 6, 0, 2, 1}, {"64s32s_Sfs", -6, 0, 2, -1}, {"64s32s_Sfs", 7, 0, 2, 1},
+        {"64s32s_Sfs", 6, 1, 2, 2}, {"64s32s_Sfs", -6, 1, 2, -2}, {"64s32s_Sfs", 7, 1, 2, 2}, {"64s32s_Sfs", 6, 2, 2, 2}, {"64s32s_Sfs", -6, 2, 2, -2},
+        {"64s32s_Sfs", 7, 2, 2, 2}, {"64s32s_Sfs", i64max, kEach, 2, i32max}, {"64s32s_Sfs", i64min, kEach, 2, i32min},
+        // 0xFFFFFFFF and 2^31 are above 2^24 - 1 but halved; over 2^32 the first rounds to 1 and 2^31 ties to 0.
+        {"32u24u_Sfs", 0xFFFFFFFFu, kEach, 1, 0xFFFFFF}, {"32u24u_Sfs", 0x80000000u, kEach, 1, 0xFFFFFF}, {"32u24u_Sfs", 0x01000000u, kEach, 1, 0x800000},
+        {"32u24u_Sfs", 0xFFFFFFFFu, kEach, 32, 1}, {"32u24u_Sfs", 0x80000000u, kEach, 32, 0},
     };
-    for (const Pt& p : pts) {
-        Zet16s out = 1234;
-        ASSERT_EQ(zetsConvert_32f16s_Sfs(&p.x, &out, 1, p.mode, p.scale), zetStsOk);
-        EXPECT_EQ(out, p.want) << p.x << " mode " << p.mode << " scale " << p.scale;
+    for (const Point& p : pts) {
+        const std::string name = std::string("zetsConvert_") + p.fn;
+        const Case* c = name == k64f64s.name ? &k64f64s : nullptr;
+        for (const Case& k : kCases) c = name == k.name ? &k : c;
+        ASSERT_NE(c, nullptr) << name;
+        u8 src[8] = {}, dst[8];
+        if (c->from == k32f) { const float f = static_cast<float>(p.x); std::memcpy(src, &f, 4); }
+        else if (c->from == k64f) { const double d = static_cast<double>(p.x); std::memcpy(src, &d, 8); }
+        else writeInt(c->from, src, static_cast<i128>(p.x));
+        for (int mode : p.mode == kEach ? std::vector<int>{0, 1, 2} : std::vector<int>{p.mode}) {
+            std::memset(dst, 0xA5, sizeof dst);
+            ASSERT_EQ(c->fn(src, dst, 1, mode, p.scale), zetStsOk) << name;
+            EXPECT_EQ(static_cast<long double>(readInt(c->to, dst)), p.want) << name << " " << p.x << " mode " << mode << " scale " << p.scale;
+        }
     }
-}
-
-TEST(Convert, ThirtyTwoBitEdges) {
-    // From binary32 the top is 2^31, which is no 32-bit integer: it gives the largest.
-    const float f[] = {2147483520.0f, 2147483648.0f, 3e9f, INFINITY, -2147483648.0f, -3e9f, -INFINITY, std::nanf("")};
-    const Zet32s want[] = {2147483520, INT32_MAX, INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN, INT32_MIN, INT32_MIN};
-    for (int mode : {0, 1, 2}) {
-        Zet32s out[8];
-        ASSERT_EQ(zetsConvert_32f32s_Sfs(f, out, 8, mode, 0), zetStsOk);
-        for (int i = 0; i < 8; ++i) EXPECT_EQ(out[i], want[i]) << "mode " << mode << " " << f[i];
-    }
-    const double d[] = {2147483646.5, 2147483647.0, 2147483647.4, 2147483647.5, -2147483648.5, -2147483648.4};
-    const Zet32s wd[3][6] = {{2147483646, INT32_MAX, INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN},
-                             {2147483646, INT32_MAX, INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN},
-                             {INT32_MAX, INT32_MAX, INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN}};
-    for (int mode : {0, 1, 2}) {
-        Zet32s out[6];
-        ASSERT_EQ(zetsConvert_64f32s_Sfs(d, out, 6, mode, 0), zetStsOk);
-        for (int i = 0; i < 6; ++i) EXPECT_EQ(out[i], wd[mode][i]) << "mode " << mode << " " << d[i];
-    }
-}
-
-TEST(Convert, PackedTwentyFourBits) {
-    const Zet8u bytes[] = {1, 2, 3, 0xFF, 0xFF, 0xFF, 0x00, 0x00, 0x80};
-    Zet32u u[3];
-    Zet32s s[3];
-    ASSERT_EQ(zetsConvert_24u32u(bytes, u, 3), zetStsOk);
-    ASSERT_EQ(zetsConvert_24s32s(bytes, s, 3), zetStsOk);
-    EXPECT_EQ(u[0], 0x030201u);
-    EXPECT_EQ(u[1], 0xFFFFFFu);
-    EXPECT_EQ(u[2], 0x800000u);
-    EXPECT_EQ(s[0], 0x030201);
-    EXPECT_EQ(s[1], -1);
-    EXPECT_EQ(s[2], -8388608);
-    // Narrowing writes three bytes an element and saturates to 24 bits.
-    const Zet32s in[] = {0x030201, -1, 0x7FFFFFFF, INT32_MIN};
-    Zet8u out[12];
-    ASSERT_EQ(zetsConvert_32s24s_Sfs(in, out, 4, 0), zetStsOk);
-    const Zet8u want[] = {1, 2, 3, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 0x00, 0x00, 0x80};
-    for (int i = 0; i < 12; ++i) EXPECT_EQ(out[i], want[i]) << i;
-}
-
-TEST(Convert, SixtyFourBitForms) {
-    const double x[] = {2.5, -2.5, 0.49999999999999994, 9.3e18, -9.3e18, 9223372036854775807.0, NAN, -INFINITY, 1e300};
-    const Zet64s want[] = {3, -3, 0, INT64_MAX, INT64_MIN, INT64_MAX, INT64_MIN, INT64_MIN, INT64_MAX};
-    Zet64s out[9];
-    ASSERT_EQ(zetsConvert_64f64s_Sfs(x, out, 9, 2, 0), zetStsOk);
-    for (int i = 0; i < 9; ++i) EXPECT_EQ(out[i], want[i]) << x[i];
-    const double y[] = {12.0, -12.0};
-    ASSERT_EQ(zetsConvert_64f64s_Sfs(y, out, 2, 2, 3), zetStsOk);
-    EXPECT_EQ(out[0], 2);   // 1.5 away from zero
-    EXPECT_EQ(out[1], -2);
-    ASSERT_EQ(zetsConvert_64f64s_Sfs(y, out, 1, 2, 1024), zetStsOk);  // the factor's bits wrap to -infinity
-    EXPECT_EQ(out[0], INT64_MIN);
-
-    // The rule from 64 to 32 bits, in each mode.
-    const Zet64s s[] = {5, -5, 6, -6, 7, INT64_MAX, INT64_MIN};
-    const Zet32s by2[3][7] = {{1, -1, 1, -1, 1, INT32_MAX, INT32_MIN}, {1, -1, 2, -2, 2, INT32_MAX, INT32_MIN},
-                              {1, -1, 2, -2, 2, INT32_MAX, INT32_MIN}};
-    for (int mode : {0, 1, 2}) {
-        Zet32s o[7];
-        ASSERT_EQ(zetsConvert_64s32s_Sfs(s, o, 7, mode, 2), zetStsOk);
-        for (int i = 0; i < 7; ++i) EXPECT_EQ(o[i], by2[mode][i]) << "mode " << mode << " " << s[i];
-    }
-}
-
-TEST(Convert, IntegerRulePoints) {
-    struct Pt { Zet32s x; int mode, scale; Zet16s want; };
-    const Pt pts[] = {
-        {1, 1, 1, 0}, {3, 1, 1, 2}, {-1, 1, 1, 0}, {-3, 1, 1, -2},          // ties to even
-        {1, 2, 1, 1}, {-1, 2, 1, -1}, {3, 0, 1, 1}, {-3, 0, 1, -1},         // away, toward zero
-        {70000, 1, 1, 32767}, {70000, 1, 2, 17500}, {-70000, 1, 0, -32768},
-        {1, 1, -15, 32767}, {-1, 1, -15, -32768}, {1, 1, -14, 16384}, {0, 1, -40, 0},
-        {INT32_MIN, 1, 32, 0}, {INT32_MIN, 2, 32, -1}, {INT32_MIN, 0, 32, 0}, {INT32_MAX, 2, 32, 0}, {INT32_MIN, 2, 33, 0},
-    };
-    for (const Pt& p : pts) {
-        Zet16s out = 99;
-        ASSERT_EQ(zetsConvert_32s16s_Sfs(&p.x, &out, 1, p.mode, p.scale), zetStsOk);
-        EXPECT_EQ(out, p.want) << p.x << " mode " << p.mode << " scale " << p.scale;
-    }
-    const Zet32u big[] = {0xFFFFFFFFu, 0x80000000u, 0x01000000u};
-    Zet8u o[9];
-    ASSERT_EQ(zetsConvert_32u24u_Sfs(big, o, 3, 1), zetStsOk);  // all above 2^24 - 1 but the last halved
-    EXPECT_EQ(hexOf(o, 3), "0xffffff");
-    EXPECT_EQ(hexOf(o + 3, 3), "0xffffff");
-    EXPECT_EQ(hexOf(o + 6, 3), "0x800000");
-    ASSERT_EQ(zetsConvert_32u24u_Sfs(big, o, 3, 32), zetStsOk);  // 0xFFFFFFFF / 2^32 rounds to 1; 2^31 / 2^32 ties to 0
-    EXPECT_EQ(hexOf(o, 3), "0x000001");
-    EXPECT_EQ(hexOf(o + 3, 3), "0x000000");
 }
 
 // ---- checks --------------------------------------------------------------------------------

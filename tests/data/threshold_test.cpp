@@ -11,6 +11,7 @@
 #include <functional>
 #include <limits>
 #include <random>
+#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -55,12 +56,13 @@ template <class T> T inverse(T x, T level) {
     return T(1) / a;
 }
 
-// One form with its constants bound: out of place, in place, and the reference.
-template <class T> struct Form {
+// One form with its constants bound: out of place, in place, and the
+// reference (for the complex forms, a result with how exact it is).
+template <class T, class W = T> struct Form {
     std::string name;
     std::function<ZetStatus(const T*, T*, int)> out;
     std::function<ZetStatus(T*, int)> in;
-    std::function<T(T)> ref;
+    std::function<W(T)> ref;
 };
 
 #define FORM(NAME, ARGS, REF)                                                                          \
@@ -119,48 +121,51 @@ template <class T> void fillAround(T* p, std::size_t n, T level, std::mt19937_64
 }
 
 template <class T> std::string show(T v) {
-    if constexpr (kFloat<T>) return std::to_string(v) + " " + zettest::hexBits(v);
-    else return std::to_string(v);
+    std::ostringstream o;
+    if constexpr (kFloat<T>) o << v << " " << zettest::hexBits(v);
+    else if constexpr (std::is_integral_v<T>) o << v;
+    else o << "(" << show(v.re) << ", " << show(v.im) << ")";
+    return o.str();
 }
+template <class T> bool matches(T got, T want) { return std::memcmp(&got, &want, sizeof(T)) == 0; }
 
-template <class T>
-::testing::AssertionResult sameAsReference(const Form<T>& f, const T* src, const T* got, int len) {
-    for (int i = 0; i < len; ++i) {
-        T x, g;
-        std::memcpy(&x, src + i, sizeof x);
-        std::memcpy(&g, got + i, sizeof g);
-        const T want = f.ref(x);
-        if (std::memcmp(&want, &g, sizeof g) != 0)
-            return ::testing::AssertionFailure() << f.name << " len " << len << " at " << i << " x " << show(x) << " got "
-                                                 << show(g) << " want " << show(want);
-    }
-    return ::testing::AssertionSuccess();
-}
-
-template <class T>
-void sweepReal(std::initializer_list<T> levels, T value, T lowValue) {
-    std::mt19937_64 rng(sizeof(T) * 31 + kFloat<T>);
-    const Placement places[] = {{Placement::Tail, 0}, {Placement::Head, 0}, {Placement::Offset, 1}, {Placement::Offset, 3 * sizeof(T) + 2}};
-    for (T level : levels) {
-        for (const Form<T>& f : forms(level, value, static_cast<T>(-level / 2 - 1), lowValue)) {
-            for (int len : zettest::kernelLengths()) {
-                const std::size_t n = static_cast<std::size_t>(len);
-                GuardedRegion sr(n * sizeof(T) + 128), dr(n * sizeof(T) + 128);
-                std::vector<T> data(n);
-                fillAround(data.data(), n, level, rng);
-                for (const Placement& pl : places) {
-                    T* s = zettest::place<T>(sr, pl, n);
-                    T* d = zettest::place<T>(dr, pl, n);
-                    std::memcpy(static_cast<void*>(s), data.data(), n * sizeof(T));
-                    ASSERT_GE(f.out(s, d, len), 0) << f.name;
-                    ASSERT_TRUE(sameAsReference(f, s, d, len)) << pl.name() << " level " << show(level);
-                    std::memcpy(static_cast<void*>(d), data.data(), n * sizeof(T));
-                    ASSERT_GE(f.in(d, len), 0) << f.name;
-                    ASSERT_TRUE(sameAsReference(f, data.data(), d, len)) << "in place " << pl.name() << " level " << show(level);
+// Every form at every length, at each placement out of place and in place,
+// every element against the reference. `strict`: only zetStsOk may come back.
+template <class T, class W, class Fill>
+void sweep(const std::vector<Form<T, W>>& forms, const std::string& level, Fill fill, std::initializer_list<Placement> places, bool strict) {
+    std::mt19937_64 rng(sizeof(T) * 31 + forms.size());
+    for (const auto& f : forms)
+        for (int len : zettest::kernelLengths()) {
+            const std::size_t n = static_cast<std::size_t>(len);
+            GuardedRegion sr(n * sizeof(T) + 128), dr(n * sizeof(T) + 128);
+            std::vector<T> data(n);
+            fill(data.data(), n, rng);
+            for (const Placement& pl : places) {
+                T* s = zettest::place<T>(sr, pl, n);
+                T* d = zettest::place<T>(dr, pl, n);
+                std::memcpy(static_cast<void*>(s), data.data(), n * sizeof(T));
+                for (bool inPlace : {false, true}) {
+                    if (inPlace) std::memcpy(static_cast<void*>(d), data.data(), n * sizeof(T));
+                    const ZetStatus st = inPlace ? f.in(d, len) : f.out(s, d, len);
+                    ASSERT_TRUE(strict ? st == zetStsOk : st >= 0) << f.name << " status " << st;
+                    for (std::size_t i = 0; i < n; ++i) {
+                        T got;
+                        std::memcpy(static_cast<void*>(&got), d + i, sizeof got);
+                        const W want = f.ref(data[i]);
+                        ASSERT_TRUE(matches(got, want)) << f.name << (inPlace ? "_I" : "") << " level " << level << " len " << len << " "
+                                                        << pl.name() << " at " << i << ": x " << show(data[i]) << " got " << show(got)
+                                                        << " want " << show(want);
+                    }
                 }
             }
         }
-    }
+}
+
+template <class T> void sweepReal(std::initializer_list<T> levels, T value, T lowValue) {
+    for (T level : levels)
+        sweep(forms(level, value, static_cast<T>(-level / 2 - 1), lowValue), show(level),
+              [&](T* p, std::size_t n, std::mt19937_64& rng) { fillAround(p, n, level, rng); },
+              {{Placement::Tail, 0}, {Placement::Head, 0}, {Placement::Offset, 1}, {Placement::Offset, 3 * sizeof(T) + 2}}, false);
 }
 
 TEST(ThresholdReal, EveryFormLengthAndPlacementMatchesTheReference) {
@@ -172,55 +177,44 @@ TEST(ThresholdReal, EveryFormLengthAndPlacementMatchesTheReference) {
 
 // ---- named points -----------------------------------------------------------------------
 
+// Each element against its result bit for bit.
+template <class T> struct Point {
+    const char* what;
+    std::function<ZetStatus(const T*, T*, int)> fn;
+    std::vector<T> x, want;
+};
+template <class T> void expectPoints(std::initializer_list<Point<T>> points) {
+    for (const Point<T>& p : points) {
+        std::vector<T> d(p.x.size());
+        ASSERT_EQ(p.fn(p.x.data(), d.data(), static_cast<int>(d.size())), zetStsOk) << p.what;
+        for (std::size_t i = 0; i < d.size(); ++i) EXPECT_EQ(std::memcmp(&d[i], &p.want[i], sizeof(T)), 0) << p.what << " at " << i << ": " << show(d[i]);
+    }
+}
+
 TEST(ThresholdReal, NamedPoints) {
     const float nan = std::nanf("0x123"), negNan = -std::nanf("0x45");
-    float d[4];
-    const float a[] = {1, 5};
-    ASSERT_EQ(zetsThreshold_LT_32f(a, d, 2, 3), zetStsOk);
-    EXPECT_EQ(d[0], 3);
-    EXPECT_EQ(d[1], 5);
-    ASSERT_EQ(zetsThreshold_LT_32f(&nan, d, 1, 3), zetStsOk);  // a NaN element gives the level
-    EXPECT_EQ(d[0], 3);
-    ASSERT_EQ(zetsThreshold_GT_32f(&nan, d, 1, 3), zetStsOk);
-    EXPECT_EQ(d[0], 3);
-    ASSERT_EQ(zetsThreshold_32f(a, d, 2, 3, 4), zetStsOk);  // relOp 4 acts as GT
-    EXPECT_EQ(d[0], 1);
-    EXPECT_EQ(d[1], 3);
-    ASSERT_EQ(zetsThreshold_GTVal_32f(&nan, d, 1, 3, -9), zetStsOk);  // a NaN is replaced
-    EXPECT_EQ(d[0], -9);
-    ASSERT_EQ(zetsThreshold_LTVal_32f(&nan, d, 1, 3, -9), zetStsOk);
-    EXPECT_EQ(d[0], -9);
-
-    const float b[] = {-1, 1, -5, 0.0f};
-    ASSERT_EQ(zetsThreshold_LTAbs_32f(b, d, 4, 3), zetStsOk);
-    EXPECT_EQ(d[0], -3);
-    EXPECT_EQ(d[1], 3);
-    EXPECT_EQ(d[2], -5);
-    EXPECT_EQ(d[3], 3);
-    const float nans[] = {nan, negNan};
-    ASSERT_EQ(zetsThreshold_LTAbs_32f(nans, d, 2, 3), zetStsOk);  // NaNs keep their bits
-    EXPECT_EQ(bitsOf(d[0]), bitsOf(nan));
-    EXPECT_EQ(bitsOf(d[1]), bitsOf(negNan));
-    ASSERT_EQ(zetsThreshold_LTAbsVal_32f(nans, d, 2, 3, 7), zetStsOk);
-    EXPECT_EQ(bitsOf(d[0]), bitsOf(nan));
-    EXPECT_EQ(bitsOf(d[1]), bitsOf(negNan));
-    ASSERT_EQ(zetsThreshold_GTAbs_32f(b, d, 4, 2), zetStsOk);
-    EXPECT_EQ(d[2], -2);
-    EXPECT_EQ(d[0], -1);
-
-    const Zet16s s[] = {-32768, -3, 3, 0, 32767};
-    Zet16s o[5];
-    ASSERT_EQ(zetsThreshold_LTAbs_16s(s, o, 5, 5), zetStsOk);
-    const Zet16s ltAbs[] = {-32768, -5, 5, 5, 32767};
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(o[i], ltAbs[i]) << i;
-    ASSERT_EQ(zetsThreshold_GTAbs_16s(s, o, 5, 5), zetStsOk);
-    const Zet16s gtAbs[] = {-5, -3, 3, 0, 5};
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(o[i], gtAbs[i]) << i;
-    ASSERT_EQ(zetsThreshold_LTValGTVal_16s(s, o, 5, -3, -100, 3, 100), zetStsOk);  // the levels themselves are kept
-    const Zet16s band[] = {-100, -3, 3, 0, 100};
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(o[i], band[i]) << i;
-    ASSERT_EQ(zetsThreshold_LTValGTVal_16s(s, o, 5, 2, -100, 2, 100), zetStsOk);  // equal levels are accepted
-    EXPECT_EQ(o[3], -100);
+    using F = const float*;
+    expectPoints<float>({
+        {"LT: a NaN element gives the level", [](F s, float* d, int n) { return zetsThreshold_LT_32f(s, d, n, 3); }, {1, 5, nan}, {3, 5, 3}},
+        {"GT: the same", [](F s, float* d, int n) { return zetsThreshold_GT_32f(s, d, n, 3); }, {1, 5, nan}, {1, 3, 3}},
+        {"relOp 4 acts as GT", [](F s, float* d, int n) { return zetsThreshold_32f(s, d, n, 3, 4); }, {1, 5}, {1, 3}},
+        {"GTVal replaces a NaN", [](F s, float* d, int n) { return zetsThreshold_GTVal_32f(s, d, n, 3, -9); }, {nan, 2}, {-9, 2}},
+        {"LTVal too", [](F s, float* d, int n) { return zetsThreshold_LTVal_32f(s, d, n, 3, -9); }, {nan, 4}, {-9, 4}},
+        {"LTAbs: NaNs keep their bits", [](F s, float* d, int n) { return zetsThreshold_LTAbs_32f(s, d, n, 3); },
+         {-1, 1, -5, 0.0f, nan, negNan}, {-3, 3, -5, 3, nan, negNan}},
+        {"LTAbsVal", [](F s, float* d, int n) { return zetsThreshold_LTAbsVal_32f(s, d, n, 3, 7); }, {nan, negNan, -2}, {nan, negNan, 7}},
+        {"GTAbs", [](F s, float* d, int n) { return zetsThreshold_GTAbs_32f(s, d, n, 2); }, {-1, 1, -5, 0.0f}, {-1, 1, -2, 0.0f}},
+    });
+    using S = const Zet16s*;
+    const std::vector<Zet16s> x{-32768, -3, 3, 0, 32767};
+    expectPoints<Zet16s>({
+        {"LTAbs 16s", [](S s, Zet16s* d, int n) { return zetsThreshold_LTAbs_16s(s, d, n, 5); }, x, {-32768, -5, 5, 5, 32767}},
+        {"GTAbs 16s", [](S s, Zet16s* d, int n) { return zetsThreshold_GTAbs_16s(s, d, n, 5); }, x, {-5, -3, 3, 0, 5}},
+        {"LTValGTVal keeps the levels themselves", [](S s, Zet16s* d, int n) { return zetsThreshold_LTValGTVal_16s(s, d, n, -3, -100, 3, 100); },
+         x, {-100, -3, 3, 0, 100}},
+        {"LTValGTVal accepts equal levels", [](S s, Zet16s* d, int n) { return zetsThreshold_LTValGTVal_16s(s, d, n, 2, -100, 2, 100); },
+         x, {-100, -100, 100, -100, 100}},
+    });
 }
 
 TEST(ThresholdReal, InverseAtLevelZeroWarnsAndMasksTheZeroDivide) {
@@ -302,33 +296,33 @@ template <class P> bool nearPart(P got, P want, bool exact) {
     }
 }
 
-template <class C> using CFn = std::function<ZetStatus(const C*, C*, int)>;
-template <class C> using CFnI = std::function<ZetStatus(C*, int)>;
-template <class C> struct CForm {
-    const char* name;
-    CRule rule;
-    CFn<C> out;
-    CFnI<C> in;
-};
+template <class C> bool matches(C got, const CWant<C>& w) { return nearPart(got.re, w.z.re, w.exact) && nearPart(got.im, w.z.im, w.exact); }
+template <class C> std::string show(const CWant<C>& w) { return show(w.z); }
 
-#define CFORM(NAME, RULE, ARGS)                                                                          \
-    CForm<C>{#NAME, RULE, [=](const C* s, C* d, int n) { return zetsThreshold_##NAME(s, d, n, ARGS); },  \
-             [=](C* sd, int n) { return zetsThreshold_##NAME##_I(sd, n, ARGS); }}
-#define CFORMS(T)                                                                                        \
-    CFORM(T, cLT, l COMMA 0), CFORM(T, cGT, l COMMA 4), CFORM(LT_##T, cLT, l), CFORM(GT_##T, cGT, l),    \
+#define CFORM(NAME, RULE, ARGS)                                                                              \
+    Form<C, CWant<C>>{#NAME, [=](const C* s, C* d, int n) { return zetsThreshold_##NAME(s, d, n, ARGS); },   \
+                      [=](C* sd, int n) { return zetsThreshold_##NAME##_I(sd, n, ARGS); },                   \
+                      [=](C z) { return complexRef(RULE, z, static_cast<long double>(l), v); }}
+#define CFORMS(T)                                                                                            \
+    CFORM(T, cLT, l COMMA 0), CFORM(T, cGT, l COMMA 4), CFORM(LT_##T, cLT, l), CFORM(GT_##T, cGT, l),        \
         CFORM(GTVal_##T, cGTVal, l COMMA v), CFORM(LTVal_##T, cLTVal, l COMMA v)
 
-std::vector<CForm<Zet16sc>> cforms(Zet16s l, Zet16sc v) {
+// The inverse at level 0 has its own test.
+std::vector<Form<Zet16sc, CWant<Zet16sc>>> cforms(Zet16s l, Zet16sc v) {
     using C = Zet16sc;
     return {CFORMS(16sc)};
 }
-std::vector<CForm<Zet32fc>> cforms(Zet32f l, Zet32fc v) {
+std::vector<Form<Zet32fc, CWant<Zet32fc>>> cforms(Zet32f l, Zet32fc v) {
     using C = Zet32fc;
-    return {CFORMS(32fc), CFORM(LTInv_32fc, cInv, l)};
+    std::vector<Form<C, CWant<C>>> f{CFORMS(32fc)};
+    if (l != 0) f.push_back(CFORM(LTInv_32fc, cInv, l));
+    return f;
 }
-std::vector<CForm<Zet64fc>> cforms(Zet64f l, Zet64fc v) {
+std::vector<Form<Zet64fc, CWant<Zet64fc>>> cforms(Zet64f l, Zet64fc v) {
     using C = Zet64fc;
-    return {CFORMS(64fc), CFORM(LTInv_64fc, cInv, l)};
+    std::vector<Form<C, CWant<C>>> f{CFORMS(64fc)};
+    if (l != 0) f.push_back(CFORM(LTInv_64fc, cInv, l));
+    return f;
 }
 
 template <class C> void fillComplex(C* p, std::size_t n, double level, std::mt19937_64& rng) {
@@ -350,39 +344,10 @@ template <class C> void fillComplex(C* p, std::size_t n, double level, std::mt19
     }
 }
 
-template <class C>
-void sweepComplex(std::initializer_list<typename CxT<C>::P> levels, C value) {
-    using P = typename CxT<C>::P;
-    std::mt19937_64 rng(sizeof(C));
-    for (P level : levels) {
-        for (const CForm<C>& f : cforms(level, value)) {
-            if (f.rule == cInv && level == 0) continue;  // the zero case has its own test
-            for (int len : zettest::kernelLengths()) {
-                const std::size_t n = static_cast<std::size_t>(len);
-                GuardedRegion sr(n * sizeof(C) + 128), dr(n * sizeof(C) + 128);
-                std::vector<C> data(n);
-                fillComplex(data.data(), n, level, rng);
-                for (const Placement& pl : {Placement{Placement::Tail, 0}, Placement{Placement::Offset, 3}}) {
-                    C* s = zettest::place<C>(sr, pl, n);
-                    C* d = zettest::place<C>(dr, pl, n);
-                    std::memcpy(static_cast<void*>(s), data.data(), n * sizeof(C));
-                    for (bool inPlace : {false, true}) {
-                        if (inPlace) std::memcpy(static_cast<void*>(d), data.data(), n * sizeof(C));
-                        ASSERT_EQ(inPlace ? f.in(d, len) : f.out(s, d, len), zetStsOk) << f.name;
-                        for (std::size_t i = 0; i < n; ++i) {
-                            C got;
-                            std::memcpy(static_cast<void*>(&got), d + i, sizeof got);
-                            const CWant<C> want = complexRef(f.rule, data[i], static_cast<long double>(level), value);
-                            ASSERT_TRUE(nearPart(got.re, want.z.re, want.exact) && nearPart(got.im, want.z.im, want.exact))
-                                << f.name << (inPlace ? "_I" : "") << " level " << level << " len " << len << " at " << i << " z ("
-                                << data[i].re << ", " << data[i].im << ") got (" << got.re << ", " << got.im << ") want ("
-                                << want.z.re << ", " << want.z.im << ")";
-                        }
-                    }
-                }
-            }
-        }
-    }
+template <class C> void sweepComplex(std::initializer_list<typename CxT<C>::P> levels, C value) {
+    for (auto level : levels)
+        sweep(cforms(level, value), show(level), [&](C* p, std::size_t n, std::mt19937_64& rng) { fillComplex(p, n, level, rng); },
+              {{Placement::Tail, 0}, {Placement::Offset, 3}}, true);
 }
 
 TEST(ThresholdComplex, EveryFormAndLengthMatchesTheMagnitudeReference) {

@@ -21,6 +21,12 @@ using zettest::Placement;
 template <class T> constexpr bool kFloat = std::is_floating_point_v<T>;
 
 // Values that sit on or next to lo, hi and zero, plus the extremes.
+// The neighbour of x in the direction of `to`.
+template <class T> T next(T x, T to) {
+    if constexpr (kFloat<T>) return std::nextafter(x, to);
+    else return static_cast<T>(to > x ? x + 1 : x - 1);
+}
+
 template <class T> std::vector<T> inputs(std::size_t n, T lo, T hi, std::mt19937_64& rng) {
     std::vector<T> v(n);
     if constexpr (kFloat<T>) zettest::fillFloats(v.data(), n, rng, 6);
@@ -28,8 +34,7 @@ template <class T> std::vector<T> inputs(std::size_t n, T lo, T hi, std::mt19937
     for (std::size_t i = 0; i < n; ++i) {
         if (rng() % 3) continue;
         const T near[] = {lo, hi, T(0), static_cast<T>(-T(0)), std::numeric_limits<T>::lowest(), std::numeric_limits<T>::max(),
-                          kFloat<T> ? std::nextafter(lo, hi) : static_cast<T>(lo + 1), kFloat<T> ? std::nextafter(hi, lo) : static_cast<T>(hi - 1),
-                          kFloat<T> ? std::nextafter(lo, std::numeric_limits<T>::lowest()) : static_cast<T>(lo - 1)};
+                          next(lo, hi), next(hi, lo), next(lo, std::numeric_limits<T>::lowest())};
         v[i] = near[rng() % 9];
     }
     return v;
@@ -75,7 +80,9 @@ void checkCount(Count count, T lo, T hi) {
     EXPECT_EQ(count(nullptr, 0, &c, hi, lo), zetStsNullPtrErr);
     EXPECT_EQ(count(x, 1, nullptr, lo, hi), zetStsNullPtrErr);
     EXPECT_EQ(count(x, 0, &c, hi, lo), zetStsSizeErr);
-    if (lo < hi) EXPECT_EQ(count(x, 1, &c, hi, lo), zetStsRangeErr);
+    if (lo < hi) {
+        EXPECT_EQ(count(x, 1, &c, hi, lo), zetStsRangeErr);
+    }
     EXPECT_EQ(count(x, 1, &c, lo, lo), zetStsOk);  // a one-point range is valid
 }
 

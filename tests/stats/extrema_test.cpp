@@ -73,85 +73,7 @@ template <> std::vector<IndexForm<Zet32s>> indexForms() { return {IF_ALL(32s, IF
 template <> std::vector<IndexForm<float>> indexForms() { return {IF_ALL(32f, IF_PLAIN), IF_ALL(32f, IF_LONG)}; }
 template <> std::vector<IndexForm<double>> indexForms() { return {IF_ALL(64f, IF_PLAIN), IF_ALL(64f, IF_LONG)}; }
 
-template <class T> class Positions : public ::testing::Test {};
-using PositionTypes = ::testing::Types<Zet16s, Zet32s, float, double>;
-TYPED_TEST_SUITE(Positions, PositionTypes);
-
-// Data in [-1000, 1000], then the best value planted at two positions a
-// random distance apart (so in different lanes), once with equal signs and
-// once, for magnitudes, with opposite ones.
-template <class T>
-void plant(std::vector<T>& x, std::mt19937_64& rng, bool abs, bool greatest, bool flipSign) {
-    const long long n = static_cast<long long>(x.size());
-    for (T& v : x) v = static_cast<T>(static_cast<int>(rng() % 2001) - 1000);
-    if (n < 2) return;
-    const T best = static_cast<T>(abs ? (greatest ? 5000 : 0) : (greatest ? 5000 : -5000));
-    const long long i = static_cast<long long>(rng() % n), j = static_cast<long long>(rng() % n);
-    x[std::min(i, j)] = best;
-    x[std::max(i, j)] = flipSign ? static_cast<T>(-best) : best;
-    if (abs && !greatest) {  // no other zero
-        for (long long k = 0; k < n; ++k)
-            if (k != i && k != j && x[k] == 0) x[k] = 1;
-    }
-}
-
-TYPED_TEST(Positions, FirstOccurrenceWinsAtEveryLengthAndPlacement) {
-    using T = TypeParam;
-    std::mt19937_64 rng(61);
-    sref::Arena arena(1, 200 * sizeof(T));
-    for (long long n = 1; n <= 100; ++n) {
-        std::vector<T> x(n);
-        for (const auto& f : indexForms<T>()) {
-            for (bool flip : {false, true}) {
-                plant(x, rng, f.abs, f.greatest, flip && f.abs);
-                const Found want = refScan(x, n, f.abs, f.greatest);
-                for (const Placement& p : zettest::placementsFor(sizeof(T))) {
-                    const T* src = arena.put(0, x, p);
-                    T v;
-                    long long at = -1;
-                    ASSERT_EQ(f.call(src, n, &v, &at), zetStsOk) << f.name;
-                    ASSERT_EQ(at, want.index) << f.name << " len " << n << " " << p.name();
-                    ASSERT_EQ(static_cast<double>(v), want.value) << f.name << " len " << n << " " << p.name();
-                }
-            }
-        }
-    }
-}
-
-// Longer vectors with random data and many ties, and NaNs among floats:
-// a NaN never becomes the candidate unless it is the first element.
-TYPED_TEST(Positions, TiesAndNaNsOverLongVectors) {
-    using T = TypeParam;
-    std::mt19937_64 rng(62);
-    sref::Arena arena(1, 5000 * sizeof(T));
-    for (int n : zettest::kernelLengths()) {
-        std::vector<T> x(n);
-        for (T& v : x) v = static_cast<T>(static_cast<int>(rng() % 41) - 20);
-        if constexpr (std::is_floating_point_v<T>) {
-            for (int k = 0; k < n / 7; ++k) x[rng() % n] = std::numeric_limits<T>::quiet_NaN();
-        }
-        for (bool nanFirst : {false, true}) {
-            if constexpr (std::is_floating_point_v<T>) {
-                if (nanFirst) x[0] = -std::numeric_limits<T>::quiet_NaN();
-            } else if (nanFirst) {
-                continue;
-            }
-            for (const auto& f : indexForms<T>()) {
-                const Found want = refScan(x, n, f.abs, f.greatest);
-                const T* src = arena.put(0, x, {Placement::Offset, static_cast<std::size_t>(n % 8) * sizeof(T) / 2});
-                T v;
-                long long at = -1;
-                ASSERT_EQ(f.call(src, n, &v, &at), zetStsOk);
-                ASSERT_EQ(at, want.index) << f.name << " len " << n << " nan first " << nanFirst;
-                ASSERT_TRUE(sref::same(static_cast<double>(v), want.value)) << f.name << " len " << n;
-            }
-        }
-    }
-}
-
-// ---- value forms and both ends ----------------------------------------------------------------
-template <class T>
-struct Values {
+template <class T> struct Values {
     std::function<ZetStatus(const T*, int, T*)> max, min, maxAbs, minAbs;
 };
 #define VALUES(T) Values<Zet##T>{zetsMax_##T, zetsMin_##T, zetsMaxAbs_##T, zetsMinAbs_##T}
@@ -161,30 +83,77 @@ template <> Values<Zet32s> values() { return VALUES(32s); }
 template <> Values<float> values() { return VALUES(32f); }
 template <> Values<double> values() { return VALUES(64f); }
 
-TYPED_TEST(Positions, ValueFormsMatchTheScan) {
-    using T = TypeParam;
-    std::mt19937_64 rng(63);
-    sref::Arena arena(1, 5000 * sizeof(T));
-    const Values<T> vf = values<T>();
-    for (int n : zettest::kernelLengths()) {
-        std::vector<T> x(n);
-        for (T& v : x) v = static_cast<T>(static_cast<long long>(rng() % 60001) - 30000);
-        if (n > 3) x[rng() % n] = std::numeric_limits<T>::lowest();  // its magnitude saturates in 16s and 32s
-        for (const Placement& p : zettest::placementsFor(sizeof(T))) {
-            const T* src = arena.put(0, x, p);
-            T got;
-            ASSERT_EQ(vf.max(src, n, &got), zetStsOk);
-            ASSERT_EQ(got, static_cast<T>(refScan(x, n, false, true).value)) << n << " " << p.name();
-            ASSERT_EQ(vf.min(src, n, &got), zetStsOk);
-            ASSERT_EQ(got, static_cast<T>(refScan(x, n, false, false).value)) << n << " " << p.name();
-            ASSERT_EQ(vf.maxAbs(src, n, &got), zetStsOk);
-            ASSERT_EQ(got, static_cast<T>(refScan(x, n, true, true).value)) << n << " " << p.name();
-            ASSERT_EQ(vf.minAbs(src, n, &got), zetStsOk);
-            ASSERT_EQ(got, static_cast<T>(refScan(x, n, true, false).value)) << n << " " << p.name();
-        }
+template <class T> class Positions : public ::testing::Test {};
+using PositionTypes = ::testing::Types<Zet16s, Zet32s, float, double>;
+TYPED_TEST_SUITE(Positions, PositionTypes);
+
+// Data of each kind, per form: values in [-1000, 1000] with the best value
+// planted at two positions a random distance apart (so in different lanes),
+// with equal signs and, for magnitudes, opposite ones; many ties in [-20, 20]
+// with NaNs among floats (a NaN never becomes the candidate unless it is the
+// first element); and values up to 30000 with the lowest planted (its
+// magnitude saturates in 16s and 32s). The value forms on all but the NaNs.
+enum Data { kPlanted, kFlipped, kTies, kNaNFirst, kLowest };
+template <class T> void fill(std::vector<T>& x, Data kind, bool abs, bool greatest, std::mt19937_64& rng) {
+    const long long n = static_cast<long long>(x.size());
+    const int span = kind == kLowest ? 30000 : kind == kTies || kind == kNaNFirst ? 20 : 1000;
+    for (T& v : x) v = static_cast<T>(static_cast<long long>(rng() % (2 * span + 1)) - span);
+    if (kind == kLowest && n > 3) x[rng() % n] = std::numeric_limits<T>::lowest();
+    if constexpr (std::is_floating_point_v<T>) {
+        if (kind == kTies || kind == kNaNFirst)
+            for (long long k = 0; k < n / 7; ++k) x[rng() % n] = std::numeric_limits<T>::quiet_NaN();
+        if (kind == kNaNFirst) x[0] = -std::numeric_limits<T>::quiet_NaN();
     }
+    if ((kind != kPlanted && kind != kFlipped) || n < 2) return;
+    const T best = static_cast<T>(abs ? (greatest ? 5000 : 0) : (greatest ? 5000 : -5000));
+    const long long i = static_cast<long long>(rng() % n), j = static_cast<long long>(rng() % n);
+    x[std::min(i, j)] = best;
+    x[std::max(i, j)] = kind == kFlipped && abs ? static_cast<T>(-best) : best;
+    if (abs && !greatest)  // no other zero
+        for (long long k = 0; k < n; ++k)
+            if (k != i && k != j && x[k] == 0) x[k] = 1;
 }
 
+TYPED_TEST(Positions, FirstOccurrenceWinsAtEveryLengthAndPlacement) {
+    using T = TypeParam;
+    std::mt19937_64 rng(61);
+    sref::Arena arena(1, 5000 * sizeof(T));
+    const Values<T> vf = values<T>();
+    std::vector<int> lengths;
+    for (int n = 1; n <= 100; ++n) lengths.push_back(n);
+    for (int n : zettest::kernelLengths())
+        if (n > 100) lengths.push_back(n);
+    for (int n : lengths)
+        for (Data kind : {kPlanted, kFlipped, kTies, kNaNFirst, kLowest}) {
+            if (kind == kNaNFirst && !std::is_floating_point_v<T>) continue;
+            std::vector<T> x(n);
+            for (const auto& f : indexForms<T>()) {
+                fill(x, kind, f.abs, f.greatest, rng);
+                const Found want = refScan(x, n, f.abs, f.greatest);
+                for (const Placement& p : zettest::placementsFor(sizeof(T))) {
+                    const T* src = arena.put(0, x, p);
+                    T v;
+                    long long at = -1;
+                    ASSERT_EQ(f.call(src, n, &v, &at), zetStsOk) << f.name;
+                    ASSERT_EQ(at, want.index) << f.name << " len " << n << " " << p.name() << " data " << kind;
+                    ASSERT_TRUE(sref::same(static_cast<double>(v), want.value)) << f.name << " len " << n << " " << p.name() << " data " << kind;
+                }
+            }
+            if (kind == kTies || kind == kNaNFirst) continue;
+            for (const Placement& p : zettest::placementsFor(sizeof(T))) {
+                const T* src = arena.put(0, x, p);
+                T got[4];
+                ASSERT_EQ(vf.max(src, n, &got[0]), zetStsOk);
+                ASSERT_EQ(vf.min(src, n, &got[1]), zetStsOk);
+                ASSERT_EQ(vf.maxAbs(src, n, &got[2]), zetStsOk);
+                ASSERT_EQ(vf.minAbs(src, n, &got[3]), zetStsOk);
+                for (int k = 0; k < 4; ++k)
+                    ASSERT_EQ(got[k], static_cast<T>(refScan(x, n, k >= 2, k % 2 == 0).value)) << "value form " << k << " len " << n << " " << p.name();
+            }
+        }
+}
+
+// ---- both ends ----------------------------------------------------------------------------------
 template <class T>
 struct EndsForm {
     std::string name;
@@ -300,46 +269,41 @@ TYPED_TEST(Every, EachElementIsTheSecondUnlessTheFirstIsStrictlyBetter) {
 // ---- order ------------------------------------------------------------------------------------------
 bool invalidRaised() { return std::fetestexcept(FE_INVALID) != 0; }
 
+// The exponent of the largest finite magnitude, with the warning for a NaN
+// or an infinity and the invalid-operation flag cleared; alone, and among
+// elements of 0.25 that fill the wide loops.
+template <class T> void expectOrder(std::vector<T> x0, int order, ZetStatus status) {
+    T largestFinite = 0;
+    for (T v : x0)
+        if (std::isfinite(v)) largestFinite = std::max(largestFinite, std::fabs(v));
+    for (int n : {1, 40}) {
+        std::vector<T> x(x0);
+        int want = order, got = 99;
+        if (n > 1) {
+            x.assign(n, T(0.25));
+            for (std::size_t k = 0; k < x0.size(); ++k) x[17 + 9 * k] = x0[k];
+            if (largestFinite <= T(0.25)) want = -1;
+        }
+        std::feclearexcept(FE_ALL_EXCEPT);
+        ZetStatus st;
+        if constexpr (sizeof(T) == 4) st = zetsMaxOrder_32f(x.data(), static_cast<int>(x.size()), &got);
+        else st = zetsMaxOrder_64f(x.data(), static_cast<int>(x.size()), &got);
+        EXPECT_EQ(st, status) << x0[0] << " " << n;
+        EXPECT_EQ(got, want) << x0[0] << " " << n;
+        EXPECT_FALSE(invalidRaised()) << "the invalid-operation flag is cleared";
+    }
+}
+
 TEST(MaxOrder, ExponentOfTheLargestMagnitude) {
     const float nan = std::numeric_limits<float>::quiet_NaN(), inf = INFINITY, den = std::numeric_limits<float>::denorm_min();
-    struct Case { std::vector<float> x; int order; ZetStatus status; };
-    const Case cases[] = {
-        {{0.0f}, 0, zetStsOk},           {{1.0f}, 1, zetStsOk},        {{-1.0f, 0.5f}, 1, zetStsOk},
-        {{0.5f}, 0, zetStsOk},           {{nan, 1.0f}, 1, zetStsNonFiniteWarn}, {{1.0f, nan}, 1, zetStsNonFiniteWarn},
-        {{-inf, 3.0f}, 2, zetStsNonFiniteWarn}, {{den}, -126, zetStsOk}, {{-0.0f, 0.0f}, 0, zetStsOk},
-        {{nan}, 0, zetStsNonFiniteWarn}, {{std::numeric_limits<float>::max()}, 128, zetStsOk},
-    };
-    for (const Case& c : cases) {
-        float largestFinite = 0;
-        for (float v : c.x)
-            if (std::isfinite(v)) largestFinite = std::max(largestFinite, std::fabs(v));
-        for (int n : {1, 40}) {  // alone, and among elements of 0.25 that fill the wide loops
-            std::vector<float> x(c.x);
-            int want = c.order;
-            if (n > 1) {
-                x.assign(n, 0.25f);
-                for (std::size_t k = 0; k < c.x.size(); ++k) x[17 + 9 * k] = c.x[k];
-                if (largestFinite <= 0.25f) want = -1;
-            }
-            std::feclearexcept(FE_ALL_EXCEPT);
-            int order = 99;
-            EXPECT_EQ(zetsMaxOrder_32f(x.data(), static_cast<int>(x.size()), &order), c.status) << c.x[0] << " " << n;
-            EXPECT_EQ(order, want) << c.x[0] << " " << n;
-            EXPECT_FALSE(invalidRaised()) << "the invalid-operation flag is cleared";
-        }
-    }
     const double dn = std::numeric_limits<double>::quiet_NaN();
-    struct DCase { std::vector<double> x; int order; ZetStatus status; };
-    const DCase dcases[] = {
-        {{1.0}, 1, zetStsOk}, {{0.5, -0.25}, 0, zetStsOk}, {{dn, 4.0}, 3, zetStsNonFiniteWarn},
-        {{std::numeric_limits<double>::denorm_min()}, -1022, zetStsOk}, {{0.0}, 0, zetStsOk},
-    };
-    for (const DCase& c : dcases) {
-        int order = 99;
-        EXPECT_EQ(zetsMaxOrder_64f(c.x.data(), static_cast<int>(c.x.size()), &order), c.status);
-        EXPECT_EQ(order, c.order) << c.x[0];
-        EXPECT_FALSE(invalidRaised());
-    }
+    const ZetStatus ok = zetStsOk, warn = zetStsNonFiniteWarn;
+    expectOrder<float>({0.0f}, 0, ok);  expectOrder<float>({1.0f}, 1, ok);  expectOrder<float>({-1.0f, 0.5f}, 1, ok);
+    expectOrder<float>({0.5f}, 0, ok);  expectOrder<float>({nan, 1.0f}, 1, warn);  expectOrder<float>({1.0f, nan}, 1, warn);
+    expectOrder<float>({-inf, 3.0f}, 2, warn);  expectOrder<float>({den}, -126, ok);  expectOrder<float>({-0.0f, 0.0f}, 0, ok);
+    expectOrder<float>({nan}, 0, warn);  expectOrder<float>({std::numeric_limits<float>::max()}, 128, ok);
+    expectOrder<double>({1.0}, 1, ok);  expectOrder<double>({0.5, -0.25}, 0, ok);  expectOrder<double>({dn, 4.0}, 3, warn);
+    expectOrder<double>({std::numeric_limits<double>::denorm_min()}, -1022, ok);  expectOrder<double>({0.0}, 0, ok);
 }
 
 // A flag already set on entry takes the second pass (no warning for finite

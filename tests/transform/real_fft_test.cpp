@@ -27,32 +27,22 @@ constexpr Fmt kFormats[] = {kCCS, kPack, kPerm};
 const char* fmtName(Fmt f) { return f == kCCS ? "CCS" : f == kPack ? "Pack" : "Perm"; }
 
 template <class T> struct Tr;
-template <> struct Tr<float> {
-    using Spec = ZetsFFTSpec_R_32f;
-    using Fn = ZetStatus (*)(const float*, float*, const Spec*, Zet8u*);
-    using FnI = ZetStatus (*)(float*, const Spec*, Zet8u*);
-    static constexpr bool dbl = false;
-    static constexpr int initLimit = 28;
-    static constexpr auto getSize = &zetsFFTGetSize_R_32f;
-    static constexpr auto init = &zetsFFTInit_R_32f;
-    static constexpr Fn fwd[3] = {&zetsFFTFwd_RToCCS_32f, &zetsFFTFwd_RToPack_32f, &zetsFFTFwd_RToPerm_32f};
-    static constexpr Fn inv[3] = {&zetsFFTInv_CCSToR_32f, &zetsFFTInv_PackToR_32f, &zetsFFTInv_PermToR_32f};
-    static constexpr FnI fwdI[3] = {&zetsFFTFwd_RToCCS_32f_I, &zetsFFTFwd_RToPack_32f_I, &zetsFFTFwd_RToPerm_32f_I};
-    static constexpr FnI invI[3] = {&zetsFFTInv_CCSToR_32f_I, &zetsFFTInv_PackToR_32f_I, &zetsFFTInv_PermToR_32f_I};
-};
-template <> struct Tr<double> {
-    using Spec = ZetsFFTSpec_R_64f;
-    using Fn = ZetStatus (*)(const double*, double*, const Spec*, Zet8u*);
-    using FnI = ZetStatus (*)(double*, const Spec*, Zet8u*);
-    static constexpr bool dbl = true;
-    static constexpr int initLimit = 27;
-    static constexpr auto getSize = &zetsFFTGetSize_R_64f;
-    static constexpr auto init = &zetsFFTInit_R_64f;
-    static constexpr Fn fwd[3] = {&zetsFFTFwd_RToCCS_64f, &zetsFFTFwd_RToPack_64f, &zetsFFTFwd_RToPerm_64f};
-    static constexpr Fn inv[3] = {&zetsFFTInv_CCSToR_64f, &zetsFFTInv_PackToR_64f, &zetsFFTInv_PermToR_64f};
-    static constexpr FnI fwdI[3] = {&zetsFFTFwd_RToCCS_64f_I, &zetsFFTFwd_RToPack_64f_I, &zetsFFTFwd_RToPerm_64f_I};
-    static constexpr FnI invI[3] = {&zetsFFTInv_CCSToR_64f_I, &zetsFFTInv_PackToR_64f_I, &zetsFFTInv_PermToR_64f_I};
-};
+#define REAL_FFT(T, S, LIMIT)                                                                                         \
+    template <> struct Tr<T> {                                                                                        \
+        using Spec = ZetsFFTSpec_R_##S;                                                                               \
+        using Fn = ZetStatus (*)(const T*, T*, const Spec*, Zet8u*);                                                  \
+        using FnI = ZetStatus (*)(T*, const Spec*, Zet8u*);                                                           \
+        static constexpr bool dbl = sizeof(T) == 8;                                                                   \
+        static constexpr int initLimit = LIMIT;                                                                       \
+        static constexpr auto getSize = &zetsFFTGetSize_R_##S;                                                        \
+        static constexpr auto init = &zetsFFTInit_R_##S;                                                              \
+        static constexpr Fn fwd[3] = {&zetsFFTFwd_RToCCS_##S, &zetsFFTFwd_RToPack_##S, &zetsFFTFwd_RToPerm_##S};      \
+        static constexpr Fn inv[3] = {&zetsFFTInv_CCSToR_##S, &zetsFFTInv_PackToR_##S, &zetsFFTInv_PermToR_##S};      \
+        static constexpr FnI fwdI[3] = {&zetsFFTFwd_RToCCS_##S##_I, &zetsFFTFwd_RToPack_##S##_I, &zetsFFTFwd_RToPerm_##S##_I}; \
+        static constexpr FnI invI[3] = {&zetsFFTInv_CCSToR_##S##_I, &zetsFFTInv_PackToR_##S##_I, &zetsFFTInv_PermToR_##S##_I}; \
+    };
+REAL_FFT(float, 32f, 28)
+REAL_FFT(double, 64f, 27)
 
 // ---- the sizes: the half-length complex core plus two recombination tables
 Sizes expectedSizes(bool dbl, int order) {
@@ -244,37 +234,33 @@ INSTANTIATE_TEST_SUITE_P(RealFFT, RealOrder, testing::Range(0, 15));
 // Two-level recombination tables from 2^19, the large half transform above.
 INSTANTIATE_TEST_SUITE_P(RealFFTLarge, RealOrder, testing::Values(18, 19, 20));
 
+// Lengths 1 and 2 exactly, without work, writing nothing past the layout.
 TEST(RealFFT, LengthsOneAndTwoAreExact) {
+    Spec<float> one(0, ZET_SCALE_NONE), two(1, ZET_SCALE_NONE);
     for (Fmt f : kFormats) {
-        Spec<float> one(0, ZET_SCALE_NONE), two(1, ZET_SCALE_NONE);
-        float x1[1] = {3.5f}, y[4] = {9, 9, 9, 9};
+        float x1[1] = {3.5f}, y[4] = {9, 9, 9, 9}, x2[2] = {3.0f, -1.25f}, z[5] = {9, 9, 9, 9, 9}, back[3] = {0, 0, 9};
         ASSERT_EQ(Tr<float>::fwd[f](x1, y, one.spec, nullptr), zetStsOk);
-        const std::vector<float> e1 = f == kCCS ? std::vector<float>{3.5f, 0, 9} : std::vector<float>{3.5f, 9};
-        EXPECT_EQ(std::vector<float>(y, y + e1.size()), e1) << fmtName(f);
-        float x2[2] = {3.0f, -1.25f}, z[5] = {9, 9, 9, 9, 9};
         ASSERT_EQ(Tr<float>::fwd[f](x2, z, two.spec, nullptr), zetStsOk);
+        const std::vector<float> e1 = f == kCCS ? std::vector<float>{3.5f, 0, 9} : std::vector<float>{3.5f, 9};
         const std::vector<float> e2 = f == kCCS ? std::vector<float>{1.75f, 0, 4.25f, 0, 9} : std::vector<float>{1.75f, 4.25f, 9};
+        EXPECT_EQ(std::vector<float>(y, y + e1.size()), e1) << fmtName(f);
         EXPECT_EQ(std::vector<float>(z, z + e2.size()), e2) << fmtName(f);
-        float back[3] = {0, 0, 9};
         ASSERT_EQ(Tr<float>::inv[f](z, back, two.spec, nullptr), zetStsOk);
         EXPECT_EQ(std::vector<float>(back, back + 3), (std::vector<float>{6.0f, -2.5f, 9})) << fmtName(f);
     }
 }
 
-template <class T> void checkSizes() {
-    for (int order = 0; order <= Tr<T>::initLimit; ++order)
-        for (int flag : {ZET_SCALE_FWD, ZET_SCALE_INV, ZET_SCALE_SYM, ZET_SCALE_NONE}) {
-            int s = -1, i = -1, w = -1;
-            ASSERT_EQ(Tr<T>::getSize(order, flag, zetHintFast, &s, &i, &w), zetStsOk) << order;
-            const Sizes e = expectedSizes(Tr<T>::dbl, order);
-            EXPECT_EQ(s, e.spec) << order;
-            EXPECT_EQ(i, e.init) << order;
-            EXPECT_EQ(w, e.work) << order;
-        }
-}
+// Every order and flag: the half-length complex core plus two recombination tables.
 TEST(RealFFTGetSize, MatchesTheHalfCoreAndTablesRule) {
-    checkSizes<float>();
-    checkSizes<double>();
+    for (bool dbl : {false, true})
+        for (int order = 0; order <= (dbl ? Tr<double>::initLimit : Tr<float>::initLimit); ++order)
+            for (int flag : {ZET_SCALE_FWD, ZET_SCALE_INV, ZET_SCALE_SYM, ZET_SCALE_NONE}) {
+                int s = -1, i = -1, w = -1;
+                ASSERT_EQ((dbl ? zetsFFTGetSize_R_64f : zetsFFTGetSize_R_32f)(order, flag, zetHintFast, &s, &i, &w), zetStsOk) << order;
+                const Sizes e = expectedSizes(dbl, order);
+                EXPECT_TRUE(s == e.spec && i == e.init && w == e.work) << (dbl ? "64f" : "32f") << " order " << order << " flag " << flag
+                                                                        << ": " << s << " " << i << " " << w;
+            }
 }
 
 TEST(RealFFTGetSize, LimitsDifferFromInitAsStated) {

@@ -211,43 +211,42 @@ TYPED_TEST(Spectrum, ConjStatusOrder) {
     }
 }
 
-// The edge cases of the layouts: N = 1 and N = 2, and odd Pack equal to odd Perm.
+// The edge cases of the layouts, N = 1 and N = 2, and N = 4 in each layout,
+// through the plain export and the reference alike; odd Pack equals odd Perm.
 TYPED_TEST(Spectrum, ConjSmallLengthsAndOddPackIsPerm) {
     using T = TypeParam;
     using C = Cplx<T>;
-    auto run = [](auto fn, std::vector<T> s, long long n) {
-        std::vector<C> d(static_cast<std::size_t>(n), C{T(9), T(9)});
-        EXPECT_EQ(fn(s.data(), d.data(), n), zetStsOk);
-        return d;
+    struct Spot { Layout f; long long n; std::vector<T> src, want; };  // want: re, im pairs
+    const std::vector<T> w4{1, 0, 2, 3, 4, 0, 2, -3};
+    const Spot spots[] = {
+        {Layout::CCS, 1, {5, 0}, {5, 0}}, {Layout::Pack, 1, {5}, {5, 0}}, {Layout::Perm, 1, {5}, {5, 0}},
+        {Layout::CCS, 2, {5, 0, -2, 0}, {5, 0, -2, 0}}, {Layout::Pack, 2, {5, -2}, {5, 0, -2, 0}},
+        {Layout::Perm, 2, {5, -2}, {5, 0, -2, 0}}, {Layout::CCS, 4, {1, 0, 2, 3, 4, 0}, w4},
+        {Layout::Pack, 4, {1, 2, 3, 4}, w4}, {Layout::Perm, 4, {1, 4, 2, 3}, w4},
     };
-    auto eq = [](const std::vector<C>& d, std::vector<C> want) {
-        ASSERT_EQ(d.size(), want.size());
-        for (std::size_t k = 0; k < d.size(); ++k) {
-            EXPECT_EQ(bitsOf(d[k].re), bitsOf(want[k].re)) << k;
-            EXPECT_EQ(bitsOf(d[k].im), bitsOf(want[k].im)) << k;
+    int ran = 0;
+    for (const Spot& sp : spots)
+        for (const auto& form : conjForms<T>()) {
+            if (form.layout != sp.f || form.inPlace || form.wide) continue;
+            std::vector<C> d(static_cast<std::size_t>(sp.n), C{T(9), T(9)}), want(d.size());
+            std::memcpy(static_cast<void*>(want.data()), sp.want.data(), sp.want.size() * sizeof(T));
+            ASSERT_EQ(form.call(sp.src.data(), d.data(), sp.n), zetStsOk);
+            EXPECT_TRUE(sameCplx<T>(d.data(), want)) << form.name << " len " << sp.n;
+            EXPECT_TRUE(sameCplx<T>(refExpand(sp.f, sp.src, sp.n).data(), want)) << "reference, len " << sp.n;
+            ++ran;
         }
-    };
-    const auto forms = conjForms<T>();
-    auto fn = [&](Layout f) {
-        for (const auto& form : forms)
-            if (form.layout == f && !form.inPlace && !form.wide) return form.call;
-        return forms[0].call;
-    };
-    eq(run(fn(Layout::CCS), {T(5), T(0)}, 1), {{T(5), T(0)}});
-    eq(run(fn(Layout::Pack), {T(5)}, 1), {{T(5), T(0)}});
-    eq(run(fn(Layout::Perm), {T(5)}, 1), {{T(5), T(0)}});
-    eq(run(fn(Layout::CCS), {T(5), T(0), T(-2), T(0)}, 2), {{T(5), T(0)}, {T(-2), T(0)}});
-    eq(run(fn(Layout::Pack), {T(5), T(-2)}, 2), {{T(5), T(0)}, {T(-2), T(0)}});
-    eq(run(fn(Layout::Perm), {T(5), T(-2)}, 2), {{T(5), T(0)}, {T(-2), T(0)}});
-    eq(run(fn(Layout::Pack), {T(1), T(2), T(3), T(4)}, 4), {{T(1), T(0)}, {T(2), T(3)}, {T(4), T(0)}, {T(2), T(-3)}});
-    eq(run(fn(Layout::Perm), {T(1), T(4), T(2), T(3)}, 4), {{T(1), T(0)}, {T(2), T(3)}, {T(4), T(0)}, {T(2), T(-3)}});
-    eq(run(fn(Layout::CCS), {T(1), T(0), T(2), T(3), T(4), T(0)}, 4),
-       {{T(1), T(0)}, {T(2), T(3)}, {T(4), T(0)}, {T(2), T(-3)}});
+    EXPECT_EQ(ran, 9);
     std::mt19937_64 rng(3);
+    std::function<ZetStatus(const T*, C*, long long)> plain[3];
+    for (const auto& form : conjForms<T>())
+        if (!form.inPlace && !form.wide) plain[static_cast<int>(form.layout)] = form.call;
     for (long long n = 1; n < 40; n += 2) {
         std::vector<T> s(static_cast<std::size_t>(n));
         zettest::fillFloats(s.data(), s.size(), rng, 0);
-        eq(run(fn(Layout::Pack), s, n), run(fn(Layout::Perm), s, n));
+        std::vector<C> pack(s.size()), perm(s.size());
+        ASSERT_EQ(plain[static_cast<int>(Layout::Pack)](s.data(), pack.data(), n), zetStsOk);
+        ASSERT_EQ(plain[static_cast<int>(Layout::Perm)](s.data(), perm.data(), n), zetStsOk);
+        EXPECT_TRUE(sameCplx<T>(pack.data(), perm)) << "len " << n;
     }
 }
 
@@ -360,30 +359,25 @@ TYPED_TEST(Spectrum, MulWithDestinationOnASourceTakesTheInPlacePath) {
 // MulPackConj conjugates the array it writes.
 TYPED_TEST(Spectrum, MulLeadingRealsAndTheConjugatedOperand) {
     using T = TypeParam;
-    const auto forms = mulForms<T>();
-    auto find = [&](const std::string& prefix, bool inPlace) {
-        for (const auto& f : forms)
-            if (f.name.rfind(prefix, 0) == 0 && f.inPlace == inPlace) return f.call;
-        return forms[0].call;
+    struct Spot { const char* form; std::vector<T> a, b, want; bool conj; };
+    const Spot spots[] = {
+        {"zetsMulPerm_", {2, 1, 2, 5, 6}, {3, 3, 4, 7, -1}, {6, -5, 10, 41, 37}, false},  // 2*3, (1 + 2i)(3 + 4i), (5 + 6i)(7 - i)
+        {"zetsMulPerm_", {2, 1, 2, 5}, {3, 3, 4, 7}, {6, 3, -27, 34}, false},             // 2*3, 1*3, (2 + 5i)(4 + 7i)
+        {"zetsMulPack_", {2, 1, 2, 5}, {3, 3, 4, 7}, {6, -5, 10, 35}, false},             // 2*3, (1 + 2i)(3 + 4i), 5*7
+        {"zetsMulPackConj_", {2, 1, 2, 5}, {3, 3, 4, 7}, {6, 11, 2, 35}, true},           // srcDst = src * conj(srcDst)
     };
-    const auto perm = find("zetsMulPerm", false), pack = find("zetsMulPack_", false), conj = find("zetsMulPackConj", true);
-    std::vector<T> d(5);
-    // Perm, len 5: 2*3, then (1 + 2i)(3 + 4i) = -5 + 10i, (5 + 6i)(7 - 1i) = 41 + 37i.
-    const std::vector<T> a5{2, 1, 2, 5, 6}, b5{3, 3, 4, 7, -1};
-    ASSERT_EQ(perm(a5.data(), b5.data(), d.data(), 5), zetStsOk);
-    EXPECT_EQ(d, (std::vector<T>{6, -5, 10, 41, 37}));
-    // Perm, len 4: 2*3, 1*3, then (2 + 5i)(4 + 7i) = -27 + 34i.
-    d.resize(4);
-    const std::vector<T> a4{2, 1, 2, 5}, b4{3, 3, 4, 7};
-    ASSERT_EQ(perm(a4.data(), b4.data(), d.data(), 4), zetStsOk);
-    EXPECT_EQ(d, (std::vector<T>{6, 3, -27, 34}));
-    // Pack, len 4: 2*3, (1 + 2i)(3 + 4i), 5*7.
-    ASSERT_EQ(pack(a4.data(), b4.data(), d.data(), 4), zetStsOk);
-    EXPECT_EQ(d, (std::vector<T>{6, -5, 10, 35}));
-    // PackConj: srcDst = src * conj(srcDst): (1 + 2i)(3 - 4i) = 11 + 2i.
-    std::vector<T> sd = b4;
-    ASSERT_EQ(conj(a4.data(), nullptr, sd.data(), 4), zetStsOk);
-    EXPECT_EQ(sd, (std::vector<T>{6, 11, 2, 35}));
+    int ran = 0;
+    for (const Spot& sp : spots)
+        for (const auto& f : mulForms<T>()) {
+            if (f.name.rfind(sp.form, 0) != 0 || f.inPlace != sp.conj) continue;
+            std::vector<T> b = sp.b, d(sp.a.size());
+            T* out = f.inPlace ? b.data() : d.data();
+            ASSERT_EQ(f.call(sp.a.data(), b.data(), out, static_cast<int>(sp.a.size())), zetStsOk);
+            EXPECT_EQ(std::vector<T>(out, out + sp.a.size()), sp.want) << f.name;
+            EXPECT_EQ(refProduct(f.layout, f.conj, sp.a, sp.b), sp.want) << "reference of " << f.name;
+            ++ran;
+        }
+    EXPECT_EQ(ran, 4);
 }
 
 TYPED_TEST(Spectrum, MulStatusOrder) {
