@@ -3,14 +3,13 @@
 // the set-up checks that FFTW's result is ours times 2/s(k) before timing.
 // FFTW plans with FFTW_MEASURE, which scribbles on the arrays: the input is
 // written after planning.
-#include "bench_util.hpp"
+#include "transform_bench.hpp"
 
 #include <fftw3.h>
 
 #include <cmath>
 #include <cstdio>
 #include <memory>
-#include <random>
 #include <string>
 
 namespace {
@@ -26,7 +25,7 @@ class Dct {
   Dct(const Dct&) = delete;
   Dct& operator=(const Dct&) = delete;
 
-  int length() const { return n_; }
+  long key() const { return n_; }
   const std::string& error() const { return error_; }
   double bytesPerCall() const { return 2.0 * static_cast<double>(bytes()); }
 
@@ -50,9 +49,7 @@ class Dct {
       return "our Init failed";
     plan_ = fftwf_plan_r2r_1d(n_, in_.as<float>(), out_.as<float>(), FFTW_REDFT10, FFTW_MEASURE);
     if (!plan_) return "FFTW could not plan";
-    std::mt19937 rng(3);
-    std::uniform_real_distribution<float> u(-1, 1);
-    for (int k = 0; k < n_; ++k) in_.as<float>()[k] = u(rng);
+    zetbench::fillRandom(in_.as<float>(), bytes() / sizeof(float), 3);
     ours();
     std::memcpy(ref_.as(), out_.as(), bytes());
     peer();
@@ -79,14 +76,9 @@ class Dct {
 };
 
 void dctForward(benchmark::State& state) {
-  static std::unique_ptr<Dct> cached;
-  const int n = static_cast<int>(state.range(0));
-  if (!cached || cached->length() != n) {
-    cached.reset();
-    cached = std::make_unique<Dct>(n);
-  }
-  if (!cached->error().empty()) return state.SkipWithError(cached->error().c_str());
-  zetbench::compare(state, cached->bytesPerCall(), [&] { cached->ours(); }, [&] { cached->peer(); });
+  Dct& d = zetbench::setUpFor<Dct>(state.range(0));
+  if (!d.error().empty()) return state.SkipWithError(d.error().c_str());
+  zetbench::compare(state, d.bytesPerCall(), [&] { d.ours(); }, [&] { d.peer(); });
 }
 
 const bool kRegistered = [] {

@@ -9,75 +9,17 @@
 // FFTW plans with FFTW_MEASURE on the plan's own arrays, which leaves
 // garbage in them: the input is written after planning, and planning stays
 // out of the timed region.
-#include "bench_util.hpp"
+#include "transform_bench.hpp"
 
 #include <fftw3.h>
 
-#include <cmath>
-#include <cstdio>
-#include <memory>
-#include <optional>
-#include <random>
 #include <string>
 
 namespace {
 
-using zetbench::Buffer;
+using namespace zetbench;
 
 constexpr long kLengths[] = {12, 60, 100, 360, 1000, 1536, 3000, 12288, 1009, 4099};
-
-std::size_t atLeastOne(int bytes) { return bytes > 0 ? static_cast<std::size_t>(bytes) : 1; }
-
-using GetSizeFn = ZetStatus (*)(int, int, ZetHint, int*, int*, int*);
-template <class Spec>
-using InitFn = ZetStatus (*)(int, int, ZetHint, Spec*, Zet8u*);
-
-// Our side of one length: the object buffer, which every call is given as is,
-// and a work buffer.
-template <class Spec>
-struct OurSpec {
-  std::optional<Buffer> specBuf, work;
-  const Spec* spec = nullptr;
-
-  std::string setUp(int n, GetSizeFn getSize, InitFn<Spec> init) {
-    int specSize = 0, initSize = 0, workSize = 0;
-    if (getSize(n, ZET_SCALE_NONE, zetHintAccurate, &specSize, &initSize, &workSize) != zetStsOk)
-      return "our GetSize failed";
-    specBuf.emplace(atLeastOne(specSize));
-    work.emplace(atLeastOne(workSize));
-    Buffer initBuf(atLeastOne(initSize));
-    if (!*specBuf || !*work || !initBuf) return "out of memory";
-    if (init(n, ZET_SCALE_NONE, zetHintAccurate, specBuf->as<Spec>(), initBuf.as()) != zetStsOk)
-      return "our Init failed";
-    spec = specBuf->as<Spec>();
-    return {};
-  }
-};
-
-template <class T>
-void fillRandom(T* p, std::size_t count, unsigned seed) {
-  std::mt19937 rng(seed);
-  std::uniform_real_distribution<T> dist(T(-1), T(1));
-  for (std::size_t i = 0; i < count; ++i) p[i] = dist(rng);
-}
-
-// sqrt(sum |ours - peer|^2 / sum |peer|^2).
-template <class T>
-double relativeRms(const T* ours, const T* peer, std::size_t count) {
-  double diff = 0.0, norm = 0.0;
-  for (std::size_t i = 0; i < count; ++i) {
-    const double o = static_cast<double>(ours[i]), p = static_cast<double>(peer[i]);
-    diff += (o - p) * (o - p);
-    norm += p * p;
-  }
-  return norm > 0.0 ? std::sqrt(diff / norm) : std::sqrt(diff);
-}
-
-std::string disagreement(double err, double tol) {
-  char msg[96];
-  std::snprintf(msg, sizeof msg, "ours and FFTW disagree: relative RMS %.3g above %.0e", err, tol);
-  return msg;
-}
 
 // The forms: our spec and call, FFTW's plan and execution, and the reals
 // that each side reads and writes (the split form keeps two planes).
@@ -87,7 +29,7 @@ struct Single {
   using Plan = fftwf_plan;
   static constexpr double kTolerance = 1e-5;
   static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32fc;
-  static constexpr InitFn<Spec> init = zetsDFTInit_C_32fc;
+  static constexpr auto init = zetsDFTInit_C_32fc;
   static std::size_t inReals(std::size_t n) { return 2 * n; }
   static std::size_t outReals(std::size_t n) { return 2 * n; }
   static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
@@ -109,7 +51,7 @@ struct Double {
   using Plan = fftw_plan;
   static constexpr double kTolerance = 1e-12;
   static constexpr GetSizeFn getSize = zetsDFTGetSize_C_64fc;
-  static constexpr InitFn<Spec> init = zetsDFTInit_C_64fc;
+  static constexpr auto init = zetsDFTInit_C_64fc;
   static std::size_t inReals(std::size_t n) { return 2 * n; }
   static std::size_t outReals(std::size_t n) { return 2 * n; }
   static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
@@ -134,7 +76,7 @@ struct SplitSingle {
   using Plan = fftwf_plan;
   static constexpr double kTolerance = 1e-5;
   static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32f;
-  static constexpr InitFn<Spec> init = zetsDFTInit_C_32f;
+  static constexpr auto init = zetsDFTInit_C_32f;
   static std::size_t inReals(std::size_t n) { return 2 * n; }
   static std::size_t outReals(std::size_t n) { return 2 * n; }
   static ZetStatus ours(const Real* s, Real* d, std::size_t n, const Spec* spec, Zet8u* w) {
@@ -155,7 +97,7 @@ struct RealSingle {
   using Plan = fftwf_plan;
   static constexpr double kTolerance = 1e-5;
   static constexpr GetSizeFn getSize = zetsDFTGetSize_R_32f;
-  static constexpr InitFn<Spec> init = zetsDFTInit_R_32f;
+  static constexpr auto init = zetsDFTInit_R_32f;
   static std::size_t inReals(std::size_t n) { return n; }
   static std::size_t outReals(std::size_t n) { return 2 * (n / 2 + 1); }
   static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
@@ -185,7 +127,7 @@ class Forward {
   Forward(const Forward&) = delete;
   Forward& operator=(const Forward&) = delete;
 
-  long length() const { return static_cast<long>(n_); }
+  long key() const { return static_cast<long>(n_); }
   const std::string& error() const { return error_; }
   double bytesPerCall() const { return static_cast<double>((P::inReals(n_) + P::outReals(n_)) * sizeof(Real)); }
 
@@ -204,7 +146,9 @@ class Forward {
     if (P::ours(in_.as<Real>(), ref.as<Real>(), n_, ours_.spec, ours_.work->as()) != zetStsOk)
       return "our forward DFT failed";
     peer();
-    const double err = relativeRms(ref.as<Real>(), out_.as<Real>(), P::outReals(n_));
+    RmsError rms;
+    rms.add(ref.as<Real>(), out_.as<Real>(), P::outReals(n_));
+    const double err = rms.relative();
     if (!(err <= P::kTolerance)) return disagreement(err, P::kTolerance);
     return {};
   }
@@ -215,18 +159,6 @@ class Forward {
   typename P::Plan plan_ = nullptr;
   std::string error_;
 };
-
-// The runner calls a benchmark several times for one length while it
-// settles the iteration count; the set-up of the last length is kept.
-template <class Setup>
-Setup& setUpFor(long n) {
-  static std::unique_ptr<Setup> cached;
-  if (!cached || cached->length() != n) {
-    cached.reset();
-    cached = std::make_unique<Setup>(n);
-  }
-  return *cached;
-}
 
 template <class P>
 void forward(benchmark::State& state) {

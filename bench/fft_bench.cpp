@@ -11,78 +11,16 @@
 // planning, and planning stays out of the timed region. That planning takes
 // seconds at the large lengths, so a length is set up only when its benchmark
 // is selected, and kept while the runner calls that benchmark again.
-#include "bench_util.hpp"
+#include "transform_bench.hpp"
 
 #include <fftw3.h>
 
 #include <bit>
-#include <cmath>
-#include <cstdio>
-#include <memory>
-#include <optional>
-#include <random>
 #include <string>
 
 namespace {
 
-using zetbench::Buffer;
-
-// Buffer refuses zero bytes; a work size of zero still needs a valid pointer.
-std::size_t atLeastOne(int bytes) { return bytes > 0 ? static_cast<std::size_t>(bytes) : 1; }
-
-using GetSizeFn = ZetStatus (*)(int, int, ZetHint, int*, int*, int*);
-template <class Spec>
-using InitFn = ZetStatus (*)(Spec**, int, int, ZetHint, Zet8u*, Zet8u*);
-
-// Our side of one order: the transform object and a work buffer.
-template <class Spec>
-struct OurSpec {
-  std::optional<Buffer> specBuf, work;
-  Spec* spec = nullptr;
-
-  // Empty on success, else what went wrong.
-  std::string setUp(int order, GetSizeFn getSize, InitFn<Spec> init) {
-    int specSize = 0, initSize = 0, workSize = 0;
-    if (getSize(order, ZET_SCALE_NONE, zetHintAccurate, &specSize, &initSize, &workSize) != zetStsOk)
-      return "our GetSize failed";
-    specBuf.emplace(atLeastOne(specSize));
-    work.emplace(atLeastOne(workSize));
-    Buffer initBuf(atLeastOne(initSize));
-    if (!*specBuf || !*work || !initBuf) return "out of memory";
-    if (init(&spec, order, ZET_SCALE_NONE, zetHintAccurate, specBuf->as(), initBuf.as()) != zetStsOk)
-      return "our Init failed";
-    return {};
-  }
-};
-
-template <class T>
-void fillRandom(T* p, std::size_t count, unsigned seed) {
-  std::mt19937 rng(seed);
-  std::uniform_real_distribution<T> dist(T(-1), T(1));
-  for (std::size_t i = 0; i < count; ++i) p[i] = dist(rng);
-}
-
-// sqrt(sum |ours - peer|^2 / sum |peer|^2), over real and imaginary parts
-// alike, wherever they are stored.
-struct RmsError {
-  double diff = 0.0, norm = 0.0;
-
-  template <class T>
-  void add(const T* ours, const T* peer, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i) {
-      const double o = static_cast<double>(ours[i]), p = static_cast<double>(peer[i]);
-      diff += (o - p) * (o - p);
-      norm += p * p;
-    }
-  }
-  double relative() const { return norm > 0.0 ? std::sqrt(diff / norm) : std::sqrt(diff); }
-};
-
-std::string disagreement(double err, double tol) {
-  char msg[96];
-  std::snprintf(msg, sizeof msg, "ours and FFTW disagree: relative RMS %.3g above %.0e", err, tol);
-  return msg;
-}
+using namespace zetbench;
 
 // The two interleaved-complex precisions, each with its FFTW counterpart.
 struct Single {
@@ -93,7 +31,7 @@ struct Single {
   using Cx = fftwf_complex;
   static constexpr double kTolerance = 1e-5;
   static constexpr GetSizeFn getSize = zetsFFTGetSize_C_32fc;
-  static constexpr InitFn<Spec> init = zetsFFTInit_C_32fc;
+  static constexpr auto init = zetsFFTInit_C_32fc;
   static ZetStatus fwd(const Zc* s, Zc* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_CToC_32fc(s, d, spec, w); }
   static Plan plan(int n, Cx* in, Cx* out) { return fftwf_plan_dft_1d(n, in, out, FFTW_FORWARD, FFTW_MEASURE); }
   static void execute(Plan p, Cx* in, Cx* out) { fftwf_execute_dft(p, in, out); }
@@ -108,7 +46,7 @@ struct Double {
   using Cx = fftw_complex;
   static constexpr double kTolerance = 1e-12;
   static constexpr GetSizeFn getSize = zetsFFTGetSize_C_64fc;
-  static constexpr InitFn<Spec> init = zetsFFTInit_C_64fc;
+  static constexpr auto init = zetsFFTInit_C_64fc;
   static ZetStatus fwd(const Zc* s, Zc* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_CToC_64fc(s, d, spec, w); }
   static Plan plan(int n, Cx* in, Cx* out) { return fftw_plan_dft_1d(n, in, out, FFTW_FORWARD, FFTW_MEASURE); }
   static void execute(Plan p, Cx* in, Cx* out) { fftw_execute_dft(p, in, out); }
@@ -131,7 +69,7 @@ class Interleaved {
   Interleaved(const Interleaved&) = delete;
   Interleaved& operator=(const Interleaved&) = delete;
 
-  int order() const { return order_; }
+  long key() const { return order_; }
   const std::string& error() const { return error_; }
   double bytesPerCall() const { return 2.0 * static_cast<double>(bytes()); }
 
@@ -184,7 +122,7 @@ class Split {
   Split(const Split&) = delete;
   Split& operator=(const Split&) = delete;
 
-  int order() const { return order_; }
+  long key() const { return order_; }
   const std::string& error() const { return error_; }
   double bytesPerCall() const { return 4.0 * static_cast<double>(bytes()); }
 
@@ -243,7 +181,7 @@ struct RealSingle {
   using Cx = fftwf_complex;
   static constexpr double kTolerance = 1e-5;
   static constexpr GetSizeFn getSize = zetsFFTGetSize_R_32f;
-  static constexpr InitFn<Spec> init = zetsFFTInit_R_32f;
+  static constexpr auto init = zetsFFTInit_R_32f;
   static ZetStatus fwd(const Real* s, Real* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_RToCCS_32f(s, d, spec, w); }
   static Plan plan(int n, Real* in, Cx* out) { return fftwf_plan_dft_r2c_1d(n, in, out, FFTW_MEASURE); }
   static void execute(Plan p, Real* in, Cx* out) { fftwf_execute_dft_r2c(p, in, out); }
@@ -257,7 +195,7 @@ struct RealDouble {
   using Cx = fftw_complex;
   static constexpr double kTolerance = 1e-12;
   static constexpr GetSizeFn getSize = zetsFFTGetSize_R_64f;
-  static constexpr InitFn<Spec> init = zetsFFTInit_R_64f;
+  static constexpr auto init = zetsFFTInit_R_64f;
   static ZetStatus fwd(const Real* s, Real* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_RToCCS_64f(s, d, spec, w); }
   static Plan plan(int n, Real* in, Cx* out) { return fftw_plan_dft_r2c_1d(n, in, out, FFTW_MEASURE); }
   static void execute(Plan p, Real* in, Cx* out) { fftw_execute_dft_r2c(p, in, out); }
@@ -279,7 +217,7 @@ class RealToCcs {
   RealToCcs(const RealToCcs&) = delete;
   RealToCcs& operator=(const RealToCcs&) = delete;
 
-  int order() const { return order_; }
+  long key() const { return order_; }
   const std::string& error() const { return error_; }
   double bytesPerCall() const { return static_cast<double>((2 * n_ + 2) * sizeof(Real)); }
 
@@ -312,19 +250,6 @@ class RealToCcs {
   typename P::Plan plan_ = nullptr;
   std::string error_;
 };
-
-// The runner calls a benchmark several times for one length while it settles
-// the iteration count; the set-up of the last length is kept for that. The
-// previous one is released first, so that two large ones never coexist.
-template <class Setup>
-Setup& setUpFor(int order) {
-  static std::unique_ptr<Setup> cached;
-  if (!cached || cached->order() != order) {
-    cached.reset();
-    cached = std::make_unique<Setup>(order);
-  }
-  return *cached;
-}
 
 template <class Setup>
 void forward(benchmark::State& state) {

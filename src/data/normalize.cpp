@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include "frame/checks.hpp"
 #include "frame/loops.hpp"
@@ -22,15 +23,13 @@ ZetStatus normalizeFloat(const E* src, E* dst, int len, const E& subVal, R divVa
     if (divVal == R(0)) return zetStsDivByZeroErr;
     // The subtrahend as one element broadcast: pairs repeat (re, im).
     const auto subs = loops::Lanes<E>::loadOne(&subVal);
-    __m256 subW32;
-    __m256d subW64;
-    if constexpr (sizeof(R) == 4) subW32 = _mm256_set_m128(subs, subs);
-    else subW64 = _mm256_set_m128d(subs, subs);
+    const auto [subW, divW] = [&] {
+        if constexpr (sizeof(R) == 4) return std::pair{_mm256_set_m128(subs, subs), _mm256_set1_ps(divVal)};
+        else return std::pair{_mm256_set_m128d(subs, subs), _mm256_set1_pd(divVal)};
+    }();
     loops::map(dst, len, [&](auto x) {
         using V = decltype(x);
-        using namespace simd;
-        if constexpr (sizeof(R) == 4) return div(sub(x, fit<V>(subW32)), fit<V>(_mm256_set1_ps(divVal)));
-        else return div(sub(x, fit<V>(subW64)), fit<V>(_mm256_set1_pd(divVal)));
+        return simd::div(simd::sub(x, simd::fit<V>(subW)), simd::fit<V>(divW));
     }, src);
     return zetStsOk;
 }
