@@ -11,8 +11,6 @@
 // out of the timed region.
 #include "transform_bench.hpp"
 
-#include <fftw3.h>
-
 #include <string>
 
 namespace {
@@ -21,165 +19,148 @@ using namespace zetbench;
 
 constexpr long kLengths[] = {12, 60, 100, 360, 1000, 1536, 3000, 12288, 1009, 4099};
 
-// The forms: our spec and call, FFTW's plan and execution, and the reals
-// that each side reads and writes (the split form keeps two planes).
-struct Single {
-  using Real = float;
-  using Spec = ZetsDFTSpec_C_32fc;
-  using Plan = fftwf_plan;
-  static constexpr double kTolerance = 1e-5;
-  static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32fc;
-  static constexpr auto init = zetsDFTInit_C_32fc;
-  static std::size_t inReals(std::size_t n) { return 2 * n; }
-  static std::size_t outReals(std::size_t n) { return 2 * n; }
-  static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
-    return zetsDFTFwd_CToC_32fc(reinterpret_cast<const Zet32fc*>(s), reinterpret_cast<Zet32fc*>(d), spec, w);
-  }
-  static Plan plan(int n, Real* in, Real* out) {
-    return fftwf_plan_dft_1d(n, reinterpret_cast<fftwf_complex*>(in), reinterpret_cast<fftwf_complex*>(out),
-                             FFTW_FORWARD, FFTW_MEASURE);
-  }
-  static void execute(Plan p, Real* in, Real* out, std::size_t) {
-    fftwf_execute_dft(p, reinterpret_cast<fftwf_complex*>(in), reinterpret_cast<fftwf_complex*>(out));
-  }
-  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+// The layouts: the reals that each side reads and writes, and FFTW's plan and
+// execution on them. A form adds our spec and call to its layout.
+template <class R>
+struct ComplexLayout {
+    using Real = R;
+    using F = Fftw<R>;
+    static std::size_t inReals(std::size_t n) { return 2 * n; }
+    static std::size_t outReals(std::size_t n) { return 2 * n; }
+    static typename F::Complex* cx(R* p) { return reinterpret_cast<typename F::Complex*>(p); }
+    static typename F::Plan plan(int n, R* in, R* out) { return F::planDft(n, cx(in), cx(out)); }
+    static void execute(typename F::Plan p, R* in, R* out, std::size_t) { F::executeDft(p, cx(in), cx(out)); }
 };
 
-struct Double {
-  using Real = double;
-  using Spec = ZetsDFTSpec_C_64fc;
-  using Plan = fftw_plan;
-  static constexpr double kTolerance = 1e-12;
-  static constexpr GetSizeFn getSize = zetsDFTGetSize_C_64fc;
-  static constexpr auto init = zetsDFTInit_C_64fc;
-  static std::size_t inReals(std::size_t n) { return 2 * n; }
-  static std::size_t outReals(std::size_t n) { return 2 * n; }
-  static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
-    return zetsDFTFwd_CToC_64fc(reinterpret_cast<const Zet64fc*>(s), reinterpret_cast<Zet64fc*>(d), spec, w);
-  }
-  static Plan plan(int n, Real* in, Real* out) {
-    return fftw_plan_dft_1d(n, reinterpret_cast<fftw_complex*>(in), reinterpret_cast<fftw_complex*>(out),
-                            FFTW_FORWARD, FFTW_MEASURE);
-  }
-  static void execute(Plan p, Real* in, Real* out, std::size_t) {
-    fftw_execute_dft(p, reinterpret_cast<fftw_complex*>(in), reinterpret_cast<fftw_complex*>(out));
-  }
-  static void destroy(Plan p) { fftw_destroy_plan(p); }
-};
-
-// Real and imaginary planes back to back in one buffer: [re | im]. FFTW's
-// split interface has no sign argument; its forward transform takes the
-// planes in (re, im) order.
-struct SplitSingle {
-  using Real = float;
-  using Spec = ZetsDFTSpec_C_32f;
-  using Plan = fftwf_plan;
-  static constexpr double kTolerance = 1e-5;
-  static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32f;
-  static constexpr auto init = zetsDFTInit_C_32f;
-  static std::size_t inReals(std::size_t n) { return 2 * n; }
-  static std::size_t outReals(std::size_t n) { return 2 * n; }
-  static ZetStatus ours(const Real* s, Real* d, std::size_t n, const Spec* spec, Zet8u* w) {
-    return zetsDFTFwd_CToC_32f(s, s + n, d, d + n, spec, w);
-  }
-  static Plan plan(int n, Real* in, Real* out) {
-    fftwf_iodim dim{n, 1, 1};
-    return fftwf_plan_guru_split_dft(1, &dim, 0, nullptr, in, in + n, out, out + n, FFTW_MEASURE);
-  }
-  static void execute(Plan p, Real* in, Real* out, std::size_t n) { fftwf_execute_split_dft(p, in, in + n, out, out + n); }
-  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+// Real and imaginary planes back to back in one buffer: [re | im].
+template <class R>
+struct SplitLayout {
+    using Real = R;
+    using F = Fftw<R>;
+    static std::size_t inReals(std::size_t n) { return 2 * n; }
+    static std::size_t outReals(std::size_t n) { return 2 * n; }
+    static typename F::Plan plan(int n, R* in, R* out) { return F::planSplitDft(n, in, in + n, out, out + n); }
+    static void execute(typename F::Plan p, R* in, R* out, std::size_t n) {
+        F::executeSplitDft(p, in, in + n, out, out + n);
+    }
 };
 
 // Real input to CCS, which is FFTW's r2c output: N/2 + 1 complex values.
-struct RealSingle {
-  using Real = float;
-  using Spec = ZetsDFTSpec_R_32f;
-  using Plan = fftwf_plan;
-  static constexpr double kTolerance = 1e-5;
-  static constexpr GetSizeFn getSize = zetsDFTGetSize_R_32f;
-  static constexpr auto init = zetsDFTInit_R_32f;
-  static std::size_t inReals(std::size_t n) { return n; }
-  static std::size_t outReals(std::size_t n) { return 2 * (n / 2 + 1); }
-  static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
-    return zetsDFTFwd_RToCCS_32f(s, d, spec, w);
-  }
-  static Plan plan(int n, Real* in, Real* out) {
-    return fftwf_plan_dft_r2c_1d(n, in, reinterpret_cast<fftwf_complex*>(out), FFTW_MEASURE);
-  }
-  static void execute(Plan p, Real* in, Real* out, std::size_t) {
-    fftwf_execute_dft_r2c(p, in, reinterpret_cast<fftwf_complex*>(out));
-  }
-  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+template <class R>
+struct CcsLayout {
+    using Real = R;
+    using F = Fftw<R>;
+    static std::size_t inReals(std::size_t n) { return n; }
+    static std::size_t outReals(std::size_t n) { return 2 * (n / 2 + 1); }
+    static typename F::Plan plan(int n, R* in, R* out) {
+        return F::planR2c(n, in, reinterpret_cast<typename F::Complex*>(out));
+    }
+    static void execute(typename F::Plan p, R* in, R* out, std::size_t) {
+        F::executeR2c(p, in, reinterpret_cast<typename F::Complex*>(out));
+    }
+};
+
+struct Single : ComplexLayout<float> {
+    using Spec = ZetsDFTSpec_C_32fc;
+    static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32fc;
+    static constexpr auto init = zetsDFTInit_C_32fc;
+    static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
+        return zetsDFTFwd_CToC_32fc(reinterpret_cast<const Zet32fc*>(s), reinterpret_cast<Zet32fc*>(d), spec, w);
+    }
+};
+
+struct Double : ComplexLayout<double> {
+    using Spec = ZetsDFTSpec_C_64fc;
+    static constexpr GetSizeFn getSize = zetsDFTGetSize_C_64fc;
+    static constexpr auto init = zetsDFTInit_C_64fc;
+    static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
+        return zetsDFTFwd_CToC_64fc(reinterpret_cast<const Zet64fc*>(s), reinterpret_cast<Zet64fc*>(d), spec, w);
+    }
+};
+
+struct SplitSingle : SplitLayout<float> {
+    using Spec = ZetsDFTSpec_C_32f;
+    static constexpr GetSizeFn getSize = zetsDFTGetSize_C_32f;
+    static constexpr auto init = zetsDFTInit_C_32f;
+    static ZetStatus ours(const Real* s, Real* d, std::size_t n, const Spec* spec, Zet8u* w) {
+        return zetsDFTFwd_CToC_32f(s, s + n, d, d + n, spec, w);
+    }
+};
+
+struct RealSingle : CcsLayout<float> {
+    using Spec = ZetsDFTSpec_R_32f;
+    static constexpr GetSizeFn getSize = zetsDFTGetSize_R_32f;
+    static constexpr auto init = zetsDFTInit_R_32f;
+    static ZetStatus ours(const Real* s, Real* d, std::size_t, const Spec* spec, Zet8u* w) {
+        return zetsDFTFwd_RToCCS_32f(s, d, spec, w);
+    }
 };
 
 template <class P>
 class Forward {
- public:
-  using Real = typename P::Real;
+public:
+    using Real = typename P::Real;
+    using F = Fftw<Real>;
 
-  explicit Forward(long n)
-      : n_(static_cast<std::size_t>(n)), in_(P::inReals(n_) * sizeof(Real)), out_(P::outReals(n_) * sizeof(Real)) {
-    error_ = setUp();
-  }
-  ~Forward() {
-    if (plan_) P::destroy(plan_);
-  }
-  Forward(const Forward&) = delete;
-  Forward& operator=(const Forward&) = delete;
+    explicit Forward(long n)
+        : n_(static_cast<std::size_t>(n)), in_(P::inReals(n_) * sizeof(Real)), out_(P::outReals(n_) * sizeof(Real)) {
+        error_ = setUp();
+    }
 
-  long key() const { return static_cast<long>(n_); }
-  const std::string& error() const { return error_; }
-  double bytesPerCall() const { return static_cast<double>((P::inReals(n_) + P::outReals(n_)) * sizeof(Real)); }
+    long key() const { return static_cast<long>(n_); }
+    const std::string& error() const { return error_; }
+    double bytesPerCall() const { return static_cast<double>((P::inReals(n_) + P::outReals(n_)) * sizeof(Real)); }
 
-  void ours() { P::ours(in_.as<Real>(), out_.as<Real>(), n_, ours_.spec, ours_.work->as()); }
-  void peer() { P::execute(plan_, in_.as<Real>(), out_.as<Real>(), n_); }
+    void ours() { P::ours(in_.as<Real>(), out_.as<Real>(), n_, ours_.spec, ours_.work->as()); }
+    void peer() { P::execute(plan_.get(), in_.as<Real>(), out_.as<Real>(), n_); }
 
- private:
-  std::string setUp() {
-    if (!in_ || !out_) return "out of memory";
-    if (std::string e = ours_.setUp(static_cast<int>(n_), P::getSize, P::init); !e.empty()) return e;
-    plan_ = P::plan(static_cast<int>(n_), in_.as<Real>(), out_.as<Real>());
-    if (!plan_) return "FFTW could not plan";
-    fillRandom(in_.as<Real>(), P::inReals(n_), 1);
-    Buffer ref(P::outReals(n_) * sizeof(Real));
-    if (!ref) return "out of memory";
-    if (P::ours(in_.as<Real>(), ref.as<Real>(), n_, ours_.spec, ours_.work->as()) != zetStsOk)
-      return "our forward DFT failed";
-    peer();
-    RmsError rms;
-    rms.add(ref.as<Real>(), out_.as<Real>(), P::outReals(n_));
-    const double err = rms.relative();
-    if (!(err <= P::kTolerance)) return disagreement(err, P::kTolerance);
-    return {};
-  }
+private:
+    std::string setUp() {
+        if (!in_ || !out_) return "out of memory";
+        if (std::string e = ours_.setUp(static_cast<int>(n_), P::getSize, P::init); !e.empty()) return e;
+        plan_.reset(P::plan(static_cast<int>(n_), in_.as<Real>(), out_.as<Real>()));
+        if (!plan_) return "FFTW could not plan";
+        fillRandom(in_.as<Real>(), P::inReals(n_), 1);
+        Buffer ref(P::outReals(n_) * sizeof(Real));
+        if (!ref) return "out of memory";
+        if (P::ours(in_.as<Real>(), ref.as<Real>(), n_, ours_.spec, ours_.work->as()) != zetStsOk)
+            return "our forward DFT failed";
+        peer();
+        RmsError rms;
+        rms.add(ref.as<Real>(), out_.as<Real>(), P::outReals(n_));
+        const double err = rms.relative();
+        if (!(err <= F::kTolerance)) return disagreement(err, F::kTolerance);
+        return {};
+    }
 
-  std::size_t n_;
-  Buffer in_, out_;
-  OurSpec<typename P::Spec> ours_;
-  typename P::Plan plan_ = nullptr;
-  std::string error_;
+    std::size_t n_;
+    Buffer in_, out_;
+    OurSpec<typename P::Spec> ours_;
+    FftwPlan<Real> plan_;
+    std::string error_;
 };
 
 template <class P>
 void forward(benchmark::State& state) {
-  const long n = static_cast<long>(state.range(0));
-  Forward<P>& s = setUpFor<Forward<P>>(n);
-  if (!s.error().empty()) return state.SkipWithError(s.error().c_str());
-  zetbench::compare(state, s.bytesPerCall(), [&] { s.ours(); }, [&] { s.peer(); });
+    const long n = static_cast<long>(state.range(0));
+    Forward<P>& s = setUpFor<Forward<P>>(n);
+    if (!s.error().empty()) return state.SkipWithError(s.error().c_str());
+    zetbench::compare(
+        state, s.bytesPerCall(), [&] { s.ours(); }, [&] { s.peer(); });
 }
 
 void addLengths(const char* name, void (*fn)(benchmark::State&)) {
-  auto* b = benchmark::RegisterBenchmark(name, fn);
-  for (long n : kLengths) b->Arg(n);
-  b->UseManualTime();
+    auto* b = benchmark::RegisterBenchmark(name, fn);
+    for (long n : kLengths) b->Arg(n);
+    b->UseManualTime();
 }
 
 const bool kRegistered = [] {
-  addLengths("DFTFwd_C_32fc_vs_fftwf", forward<Single>);
-  addLengths("DFTFwd_C_64fc_vs_fftw", forward<Double>);
-  addLengths("DFTFwd_C_32f_split_vs_fftwf", forward<SplitSingle>);
-  addLengths("DFTFwd_R_32f_CCS_vs_fftwf", forward<RealSingle>);
-  return true;
+    addLengths("DFTFwd_C_32fc_vs_fftwf", forward<Single>);
+    addLengths("DFTFwd_C_64fc_vs_fftw", forward<Double>);
+    addLengths("DFTFwd_C_32f_split_vs_fftwf", forward<SplitSingle>);
+    addLengths("DFTFwd_R_32f_CCS_vs_fftwf", forward<RealSingle>);
+    return true;
 }();
 
 }  // namespace

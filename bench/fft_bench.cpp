@@ -13,8 +13,6 @@
 // is selected, and kept while the runner calls that benchmark again.
 #include "transform_bench.hpp"
 
-#include <fftw3.h>
-
 #include <bit>
 #include <string>
 
@@ -22,265 +20,226 @@ namespace {
 
 using namespace zetbench;
 
-// The two interleaved-complex precisions, each with its FFTW counterpart.
+// Our interleaved-complex forms; FFTW's side follows from Real.
 struct Single {
-  using Real = float;
-  using Zc = Zet32fc;
-  using Spec = ZetsFFTSpec_C_32fc;
-  using Plan = fftwf_plan;
-  using Cx = fftwf_complex;
-  static constexpr double kTolerance = 1e-5;
-  static constexpr GetSizeFn getSize = zetsFFTGetSize_C_32fc;
-  static constexpr auto init = zetsFFTInit_C_32fc;
-  static ZetStatus fwd(const Zc* s, Zc* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_CToC_32fc(s, d, spec, w); }
-  static Plan plan(int n, Cx* in, Cx* out) { return fftwf_plan_dft_1d(n, in, out, FFTW_FORWARD, FFTW_MEASURE); }
-  static void execute(Plan p, Cx* in, Cx* out) { fftwf_execute_dft(p, in, out); }
-  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+    using Real = float;
+    using Zc = Zet32fc;
+    using Spec = ZetsFFTSpec_C_32fc;
+    static constexpr GetSizeFn getSize = zetsFFTGetSize_C_32fc;
+    static constexpr auto init = zetsFFTInit_C_32fc;
+    static constexpr auto fwd = zetsFFTFwd_CToC_32fc;
 };
 
 struct Double {
-  using Real = double;
-  using Zc = Zet64fc;
-  using Spec = ZetsFFTSpec_C_64fc;
-  using Plan = fftw_plan;
-  using Cx = fftw_complex;
-  static constexpr double kTolerance = 1e-12;
-  static constexpr GetSizeFn getSize = zetsFFTGetSize_C_64fc;
-  static constexpr auto init = zetsFFTInit_C_64fc;
-  static ZetStatus fwd(const Zc* s, Zc* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_CToC_64fc(s, d, spec, w); }
-  static Plan plan(int n, Cx* in, Cx* out) { return fftw_plan_dft_1d(n, in, out, FFTW_FORWARD, FFTW_MEASURE); }
-  static void execute(Plan p, Cx* in, Cx* out) { fftw_execute_dft(p, in, out); }
-  static void destroy(Plan p) { fftw_destroy_plan(p); }
+    using Real = double;
+    using Zc = Zet64fc;
+    using Spec = ZetsFFTSpec_C_64fc;
+    static constexpr GetSizeFn getSize = zetsFFTGetSize_C_64fc;
+    static constexpr auto init = zetsFFTInit_C_64fc;
+    static constexpr auto fwd = zetsFFTFwd_CToC_64fc;
 };
 
 // Interleaved complex: in -> out for both libraries.
 template <class P>
 class Interleaved {
- public:
-  using Real = typename P::Real;
+public:
+    using Real = typename P::Real;
+    using F = Fftw<Real>;
 
-  explicit Interleaved(int order)
-      : order_(order), n_(std::size_t{1} << order), in_(bytes()), out_(bytes()) {
-    error_ = setUp();
-  }
-  ~Interleaved() {
-    if (plan_) P::destroy(plan_);
-  }
-  Interleaved(const Interleaved&) = delete;
-  Interleaved& operator=(const Interleaved&) = delete;
+    explicit Interleaved(int order) : order_(order), n_(std::size_t{1} << order), in_(bytes()), out_(bytes()) {
+        error_ = setUp();
+    }
 
-  long key() const { return order_; }
-  const std::string& error() const { return error_; }
-  double bytesPerCall() const { return 2.0 * static_cast<double>(bytes()); }
+    long key() const { return order_; }
+    const std::string& error() const { return error_; }
+    double bytesPerCall() const { return 2.0 * static_cast<double>(bytes()); }
 
-  void ours() { P::fwd(in_.as<typename P::Zc>(), out_.as<typename P::Zc>(), ours_.spec, ours_.work->as()); }
-  void peer() { P::execute(plan_, in_.as<typename P::Cx>(), out_.as<typename P::Cx>()); }
+    void ours() { P::fwd(in_.as<typename P::Zc>(), out_.as<typename P::Zc>(), ours_.spec, ours_.work->as()); }
+    void peer() { F::executeDft(plan_.get(), in_.as<typename F::Complex>(), out_.as<typename F::Complex>()); }
 
- private:
-  std::size_t bytes() const { return n_ * 2 * sizeof(Real); }
+private:
+    std::size_t bytes() const { return n_ * 2 * sizeof(Real); }
 
-  std::string setUp() {
-    if (!in_ || !out_) return "out of memory";
-    if (std::string e = ours_.setUp(order_, P::getSize, P::init); !e.empty()) return e;
-    plan_ = P::plan(static_cast<int>(n_), in_.as<typename P::Cx>(), out_.as<typename P::Cx>());
-    if (!plan_) return "FFTW could not plan";
+    std::string setUp() {
+        if (!in_ || !out_) return "out of memory";
+        if (std::string e = ours_.setUp(order_, P::getSize, P::init); !e.empty()) return e;
+        plan_.reset(F::planDft(static_cast<int>(n_), in_.as<typename F::Complex>(), out_.as<typename F::Complex>()));
+        if (!plan_) return "FFTW could not plan";
 
-    fillRandom(in_.as<Real>(), 2 * n_, 1);
-    Buffer ref(bytes());
-    if (!ref) return "out of memory";
-    if (P::fwd(in_.as<typename P::Zc>(), ref.as<typename P::Zc>(), ours_.spec, ours_.work->as()) != zetStsOk)
-      return "our forward FFT failed";
-    peer();
-    RmsError rms;
-    rms.add(ref.as<Real>(), out_.as<Real>(), 2 * n_);
-    const double err = rms.relative();
-    if (!(err <= P::kTolerance)) return disagreement(err, P::kTolerance);
-    return {};
-  }
+        fillRandom(in_.as<Real>(), 2 * n_, 1);
+        Buffer ref(bytes());
+        if (!ref) return "out of memory";
+        if (P::fwd(in_.as<typename P::Zc>(), ref.as<typename P::Zc>(), ours_.spec, ours_.work->as()) != zetStsOk)
+            return "our forward FFT failed";
+        peer();
+        RmsError rms;
+        rms.add(ref.as<Real>(), out_.as<Real>(), 2 * n_);
+        const double err = rms.relative();
+        if (!(err <= F::kTolerance)) return disagreement(err, F::kTolerance);
+        return {};
+    }
 
-  int order_;
-  std::size_t n_;
-  Buffer in_, out_;
-  OurSpec<typename P::Spec> ours_;
-  typename P::Plan plan_ = nullptr;
-  std::string error_;
+    int order_;
+    std::size_t n_;
+    Buffer in_, out_;
+    OurSpec<typename P::Spec> ours_;
+    FftwPlan<Real> plan_;
+    std::string error_;
 };
 
-// Single precision with separate real and imaginary arrays. FFTW's split
-// interface has no sign argument: its forward transform takes the arrays in
-// (re, im) order, as here.
+// Single precision with separate real and imaginary arrays, against FFTW's
+// split interface.
 class Split {
- public:
-  explicit Split(int order)
-      : order_(order), n_(std::size_t{1} << order),
-        inRe_(bytes()), inIm_(bytes()), outRe_(bytes()), outIm_(bytes()) {
-    error_ = setUp();
-  }
-  ~Split() {
-    if (plan_) fftwf_destroy_plan(plan_);
-  }
-  Split(const Split&) = delete;
-  Split& operator=(const Split&) = delete;
+public:
+    using F = Fftw<float>;
 
-  long key() const { return order_; }
-  const std::string& error() const { return error_; }
-  double bytesPerCall() const { return 4.0 * static_cast<double>(bytes()); }
+    explicit Split(int order)
+        : order_(order), n_(std::size_t{1} << order), inRe_(bytes()), inIm_(bytes()), outRe_(bytes()), outIm_(bytes()) {
+        error_ = setUp();
+    }
 
-  void ours() {
-    zetsFFTFwd_CToC_32f(inRe_.as<Zet32f>(), inIm_.as<Zet32f>(), outRe_.as<Zet32f>(), outIm_.as<Zet32f>(),
-                        ours_.spec, ours_.work->as());
-  }
-  void peer() {
-    fftwf_execute_split_dft(plan_, inRe_.as<float>(), inIm_.as<float>(), outRe_.as<float>(), outIm_.as<float>());
-  }
+    long key() const { return order_; }
+    const std::string& error() const { return error_; }
+    double bytesPerCall() const { return 4.0 * static_cast<double>(bytes()); }
 
- private:
-  std::size_t bytes() const { return n_ * sizeof(float); }
+    void ours() {
+        zetsFFTFwd_CToC_32f(inRe_.as<Zet32f>(), inIm_.as<Zet32f>(), outRe_.as<Zet32f>(), outIm_.as<Zet32f>(),
+                            ours_.spec, ours_.work->as());
+    }
+    void peer() {
+        F::executeSplitDft(plan_.get(), inRe_.as<float>(), inIm_.as<float>(), outRe_.as<float>(), outIm_.as<float>());
+    }
 
-  std::string setUp() {
-    if (!inRe_ || !inIm_ || !outRe_ || !outIm_) return "out of memory";
-    if (std::string e = ours_.setUp(order_, zetsFFTGetSize_C_32f, zetsFFTInit_C_32f); !e.empty()) return e;
-    fftwf_iodim dim{static_cast<int>(n_), 1, 1};
-    plan_ = fftwf_plan_guru_split_dft(1, &dim, 0, nullptr, inRe_.as<float>(), inIm_.as<float>(),
-                                      outRe_.as<float>(), outIm_.as<float>(), FFTW_MEASURE);
-    if (!plan_) return "FFTW could not plan";
+private:
+    std::size_t bytes() const { return n_ * sizeof(float); }
 
-    // Different data in the two parts, so that swapped parts cannot agree.
-    fillRandom(inRe_.as<float>(), n_, 1);
-    fillRandom(inIm_.as<float>(), n_, 2);
+    std::string setUp() {
+        if (!inRe_ || !inIm_ || !outRe_ || !outIm_) return "out of memory";
+        if (std::string e = ours_.setUp(order_, zetsFFTGetSize_C_32f, zetsFFTInit_C_32f); !e.empty()) return e;
+        plan_.reset(F::planSplitDft(static_cast<int>(n_), inRe_.as<float>(), inIm_.as<float>(), outRe_.as<float>(),
+                                    outIm_.as<float>()));
+        if (!plan_) return "FFTW could not plan";
 
-    Buffer refRe(bytes()), refIm(bytes());
-    if (!refRe || !refIm) return "out of memory";
-    if (zetsFFTFwd_CToC_32f(inRe_.as<Zet32f>(), inIm_.as<Zet32f>(), refRe.as<Zet32f>(), refIm.as<Zet32f>(),
-                            ours_.spec, ours_.work->as()) != zetStsOk)
-      return "our forward FFT failed";
-    peer();
-    RmsError rms;
-    rms.add(refRe.as<float>(), outRe_.as<float>(), n_);
-    rms.add(refIm.as<float>(), outIm_.as<float>(), n_);
-    const double err = rms.relative();
-    constexpr double kTolerance = 1e-5;
-    if (!(err <= kTolerance)) return disagreement(err, kTolerance);
-    return {};
-  }
+        // Different data in the two parts, so that swapped parts cannot agree.
+        fillRandom(inRe_.as<float>(), n_, 1);
+        fillRandom(inIm_.as<float>(), n_, 2);
 
-  int order_;
-  std::size_t n_;
-  Buffer inRe_, inIm_, outRe_, outIm_;
-  OurSpec<ZetsFFTSpec_C_32f> ours_;
-  fftwf_plan plan_ = nullptr;
-  std::string error_;
+        Buffer refRe(bytes()), refIm(bytes());
+        if (!refRe || !refIm) return "out of memory";
+        if (zetsFFTFwd_CToC_32f(inRe_.as<Zet32f>(), inIm_.as<Zet32f>(), refRe.as<Zet32f>(), refIm.as<Zet32f>(),
+                                ours_.spec, ours_.work->as()) != zetStsOk)
+            return "our forward FFT failed";
+        peer();
+        RmsError rms;
+        rms.add(refRe.as<float>(), outRe_.as<float>(), n_);
+        rms.add(refIm.as<float>(), outIm_.as<float>(), n_);
+        const double err = rms.relative();
+        if (!(err <= F::kTolerance)) return disagreement(err, F::kTolerance);
+        return {};
+    }
+
+    int order_;
+    std::size_t n_;
+    Buffer inRe_, inIm_, outRe_, outIm_;
+    OurSpec<ZetsFFTSpec_C_32f> ours_;
+    FftwPlan<float> plan_;
+    std::string error_;
 };
 
 // Real input to the CCS layout, which is FFTW's r2c output: N/2 + 1 complex
 // values, the same N + 2 reals.
 struct RealSingle {
-  using Real = float;
-  using Spec = ZetsFFTSpec_R_32f;
-  using Plan = fftwf_plan;
-  using Cx = fftwf_complex;
-  static constexpr double kTolerance = 1e-5;
-  static constexpr GetSizeFn getSize = zetsFFTGetSize_R_32f;
-  static constexpr auto init = zetsFFTInit_R_32f;
-  static ZetStatus fwd(const Real* s, Real* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_RToCCS_32f(s, d, spec, w); }
-  static Plan plan(int n, Real* in, Cx* out) { return fftwf_plan_dft_r2c_1d(n, in, out, FFTW_MEASURE); }
-  static void execute(Plan p, Real* in, Cx* out) { fftwf_execute_dft_r2c(p, in, out); }
-  static void destroy(Plan p) { fftwf_destroy_plan(p); }
+    using Real = float;
+    using Spec = ZetsFFTSpec_R_32f;
+    static constexpr GetSizeFn getSize = zetsFFTGetSize_R_32f;
+    static constexpr auto init = zetsFFTInit_R_32f;
+    static constexpr auto fwd = zetsFFTFwd_RToCCS_32f;
 };
 
 struct RealDouble {
-  using Real = double;
-  using Spec = ZetsFFTSpec_R_64f;
-  using Plan = fftw_plan;
-  using Cx = fftw_complex;
-  static constexpr double kTolerance = 1e-12;
-  static constexpr GetSizeFn getSize = zetsFFTGetSize_R_64f;
-  static constexpr auto init = zetsFFTInit_R_64f;
-  static ZetStatus fwd(const Real* s, Real* d, const Spec* spec, Zet8u* w) { return zetsFFTFwd_RToCCS_64f(s, d, spec, w); }
-  static Plan plan(int n, Real* in, Cx* out) { return fftw_plan_dft_r2c_1d(n, in, out, FFTW_MEASURE); }
-  static void execute(Plan p, Real* in, Cx* out) { fftw_execute_dft_r2c(p, in, out); }
-  static void destroy(Plan p) { fftw_destroy_plan(p); }
+    using Real = double;
+    using Spec = ZetsFFTSpec_R_64f;
+    static constexpr GetSizeFn getSize = zetsFFTGetSize_R_64f;
+    static constexpr auto init = zetsFFTInit_R_64f;
+    static constexpr auto fwd = zetsFFTFwd_RToCCS_64f;
 };
 
 template <class P>
 class RealToCcs {
- public:
-  using Real = typename P::Real;
+public:
+    using Real = typename P::Real;
+    using F = Fftw<Real>;
 
-  explicit RealToCcs(int order)
-      : order_(order), n_(std::size_t{1} << order), in_(n_ * sizeof(Real)), out_((n_ + 2) * sizeof(Real)) {
-    error_ = setUp();
-  }
-  ~RealToCcs() {
-    if (plan_) P::destroy(plan_);
-  }
-  RealToCcs(const RealToCcs&) = delete;
-  RealToCcs& operator=(const RealToCcs&) = delete;
+    explicit RealToCcs(int order)
+        : order_(order), n_(std::size_t{1} << order), in_(n_ * sizeof(Real)), out_((n_ + 2) * sizeof(Real)) {
+        error_ = setUp();
+    }
 
-  long key() const { return order_; }
-  const std::string& error() const { return error_; }
-  double bytesPerCall() const { return static_cast<double>((2 * n_ + 2) * sizeof(Real)); }
+    long key() const { return order_; }
+    const std::string& error() const { return error_; }
+    double bytesPerCall() const { return static_cast<double>((2 * n_ + 2) * sizeof(Real)); }
 
-  void ours() { P::fwd(in_.as<Real>(), out_.as<Real>(), ours_.spec, ours_.work->as()); }
-  void peer() { P::execute(plan_, in_.as<Real>(), out_.as<typename P::Cx>()); }
+    void ours() { P::fwd(in_.as<Real>(), out_.as<Real>(), ours_.spec, ours_.work->as()); }
+    void peer() { F::executeR2c(plan_.get(), in_.as<Real>(), out_.as<typename F::Complex>()); }
 
- private:
-  std::string setUp() {
-    if (!in_ || !out_) return "out of memory";
-    if (std::string e = ours_.setUp(order_, P::getSize, P::init); !e.empty()) return e;
-    plan_ = P::plan(static_cast<int>(n_), in_.as<Real>(), out_.as<typename P::Cx>());
-    if (!plan_) return "FFTW could not plan";
-    fillRandom(in_.as<Real>(), n_, 1);
-    Buffer ref((n_ + 2) * sizeof(Real));
-    if (!ref) return "out of memory";
-    if (P::fwd(in_.as<Real>(), ref.as<Real>(), ours_.spec, ours_.work->as()) != zetStsOk)
-      return "our forward FFT failed";
-    peer();
-    RmsError rms;
-    rms.add(ref.as<Real>(), out_.as<Real>(), n_ + 2);
-    const double err = rms.relative();
-    if (!(err <= P::kTolerance)) return disagreement(err, P::kTolerance);
-    return {};
-  }
+private:
+    std::string setUp() {
+        if (!in_ || !out_) return "out of memory";
+        if (std::string e = ours_.setUp(order_, P::getSize, P::init); !e.empty()) return e;
+        plan_.reset(F::planR2c(static_cast<int>(n_), in_.as<Real>(), out_.as<typename F::Complex>()));
+        if (!plan_) return "FFTW could not plan";
+        fillRandom(in_.as<Real>(), n_, 1);
+        Buffer ref((n_ + 2) * sizeof(Real));
+        if (!ref) return "out of memory";
+        if (P::fwd(in_.as<Real>(), ref.as<Real>(), ours_.spec, ours_.work->as()) != zetStsOk)
+            return "our forward FFT failed";
+        peer();
+        RmsError rms;
+        rms.add(ref.as<Real>(), out_.as<Real>(), n_ + 2);
+        const double err = rms.relative();
+        if (!(err <= F::kTolerance)) return disagreement(err, F::kTolerance);
+        return {};
+    }
 
-  int order_;
-  std::size_t n_;
-  Buffer in_, out_;
-  OurSpec<typename P::Spec> ours_;
-  typename P::Plan plan_ = nullptr;
-  std::string error_;
+    int order_;
+    std::size_t n_;
+    Buffer in_, out_;
+    OurSpec<typename P::Spec> ours_;
+    FftwPlan<Real> plan_;
+    std::string error_;
 };
 
 template <class Setup>
 void forward(benchmark::State& state) {
-  const auto n = static_cast<unsigned long>(state.range(0));
-  const int order = std::countr_zero(n);
-  Setup& s = setUpFor<Setup>(order);
-  if (!s.error().empty()) return state.SkipWithError(s.error().c_str());
+    const auto n = static_cast<unsigned long>(state.range(0));
+    const int order = std::countr_zero(n);
+    Setup& s = setUpFor<Setup>(order);
+    if (!s.error().empty()) return state.SkipWithError(s.error().c_str());
 
-  zetbench::compare(state, s.bytesPerCall(), [&] { s.ours(); }, [&] { s.peer(); });
-  // The customary FFT rate: 5 N log2 N flops per transform.
-  const double ns = state.counters["ours_ns"].value;
-  state.counters["ours_gflops"] = ns > 0.0 ? 5.0 * static_cast<double>(n) * order / ns : 0.0;
+    zetbench::compare(
+        state, s.bytesPerCall(), [&] { s.ours(); }, [&] { s.peer(); });
+    // The customary FFT rate: 5 N log2 N flops per transform.
+    const double ns = state.counters["ours_ns"].value;
+    state.counters["ours_gflops"] = ns > 0.0 ? 5.0 * static_cast<double>(n) * order / ns : 0.0;
 }
 
 void addLengths(const char* name, void (*fn)(benchmark::State&), int firstOrder, int lastOrder) {
-  auto* b = benchmark::RegisterBenchmark(name, fn);
-  for (int order = firstOrder; order <= lastOrder; ++order) b->Arg(1L << order);
-  b->UseManualTime();
+    auto* b = benchmark::RegisterBenchmark(name, fn);
+    for (int order = firstOrder; order <= lastOrder; ++order) b->Arg(1L << order);
+    b->UseManualTime();
 }
 
 // The split at 64 Ki points separates the lengths whose data stays in a
 // core's own caches from those served by the shared cache or by memory.
 const bool kRegistered = [] {
-  addLengths("FFTFwd_C_32fc_vs_fftwf", forward<Interleaved<Single>>, 6, 16);
-  addLengths("FFTFwd_C_32fc_large_vs_fftwf", forward<Interleaved<Single>>, 17, 22);
-  addLengths("FFTFwd_C_64fc_vs_fftw", forward<Interleaved<Double>>, 6, 16);
-  addLengths("FFTFwd_C_64fc_large_vs_fftw", forward<Interleaved<Double>>, 17, 20);
-  addLengths("FFTFwd_C_32f_split_vs_fftwf", forward<Split>, 6, 16);
-  addLengths("FFTFwd_R_32f_CCS_vs_fftwf_r2c", forward<RealToCcs<RealSingle>>, 6, 16);
-  addLengths("FFTFwd_R_64f_CCS_vs_fftw_r2c", forward<RealToCcs<RealDouble>>, 6, 16);
-  return true;
+    addLengths("FFTFwd_C_32fc_vs_fftwf", forward<Interleaved<Single>>, 6, 16);
+    addLengths("FFTFwd_C_32fc_large_vs_fftwf", forward<Interleaved<Single>>, 17, 22);
+    addLengths("FFTFwd_C_64fc_vs_fftw", forward<Interleaved<Double>>, 6, 16);
+    addLengths("FFTFwd_C_64fc_large_vs_fftw", forward<Interleaved<Double>>, 17, 20);
+    addLengths("FFTFwd_C_32f_split_vs_fftwf", forward<Split>, 6, 16);
+    addLengths("FFTFwd_R_32f_CCS_vs_fftwf_r2c", forward<RealToCcs<RealSingle>>, 6, 16);
+    addLengths("FFTFwd_R_64f_CCS_vs_fftw_r2c", forward<RealToCcs<RealDouble>>, 6, 16);
+    return true;
 }();
 
 }  // namespace
