@@ -52,13 +52,14 @@ constexpr bool kUnsignedS = std::is_same_v<A, u16> && std::is_same_v<B, u16> && 
 
 // The scale above which no result but 0 remains: where the rule's boundaries
 // are fixed for a family they are these; elsewhere the width of s decides.
-template <class Op, class A, bool Constant>
+template <class Op, class A, bool Constant, class B = A>
 constexpr int zeroAbove() {
     if constexpr (std::is_same_v<A, s16> && std::is_same_v<Op, Plus>) return 16;
     if constexpr (std::is_same_v<A, u16> && std::is_same_v<Op, Plus> && !Constant) return 17;
     if constexpr (std::is_same_v<A, s16> && std::is_same_v<Op, Times>) return 30;
     if constexpr (std::is_same_v<A, s32> && !std::is_same_v<Op, Times>) return 32;
-    return kUnsignedS<Op, A> ? 32 : (kNarrow<A> ? 31 : 1 << 30);
+    // 16u times 16s reaches -2^31 + 2^15: scale 32 leaves only zeros but scale 31 does not.
+    return kUnsignedS<Op, A, B> ? 32 : (kNarrow<A> ? 31 : 1 << 30);
 }
 
 // ---- scale 0 on 8- and 16-bit sums: the processor's saturating add -----------
@@ -135,7 +136,7 @@ struct HalvedRule {
 template <class Op, class A, class B, class D>
 ZetStatus twoVectors(const A* a, const B* b, D* d, int len, int scale) {
     if (auto st = checkArgs(len, a, b, d)) return st;
-    if (scale > zeroAbove<Op, A, false>()) return data::zeroElems<sizeof(D)>(d, len);
+    if (scale > zeroAbove<Op, A, false, B>()) return data::zeroElems<sizeof(D)>(d, len);
     if constexpr (std::is_same_v<A, B> && std::is_same_v<A, D> && kSaturatingAtZero<Op, A>) {
         if (scale == 0) {
             loops::map(d, len, Saturating<Op, A>{}, a, b);

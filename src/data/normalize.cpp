@@ -23,10 +23,12 @@ ZetStatus normalizeFloat(const E* src, E* dst, int len, const E& subVal, R divVa
     if (divVal == R(0)) return zetStsDivByZeroErr;
     // The subtrahend as one element broadcast: pairs repeat (re, im).
     const auto subs = loops::Lanes<E>::loadOne(&subVal);
-    const auto [subW, divW] = [&] {
+    // Named registers rather than a structured binding: lambdas may not capture bindings before clang 16.
+    const auto wide = [&] {
         if constexpr (sizeof(R) == 4) return std::pair{_mm256_set_m128(subs, subs), _mm256_set1_ps(divVal)};
         else return std::pair{_mm256_set_m128d(subs, subs), _mm256_set1_pd(divVal)};
     }();
+    const auto subW = wide.first, divW = wide.second;
     loops::map(dst, len, [&](auto x) {
         using V = decltype(x);
         return simd::div(simd::sub(x, simd::fit<V>(subW)), simd::fit<V>(divW));
@@ -62,7 +64,8 @@ struct Normalize16 {
 void normalize16(const Zet16s* src, Zet16s* dst, std::size_t n, Zet16s subRe, Zet16s subIm, int div, int scale) {
     // Beyond these scales every nonzero quotient saturates or rounds to 0,
     // and the power of two stays a finite number.
-    const int e = std::clamp(-scale, -1100, 64);
+    // Negated in 64 bits: INT_MIN has no 32-bit negation.
+    const int e = static_cast<int>(std::clamp(-static_cast<long long>(scale), -1100LL, 64LL));
     const Normalize16 op{_mm256_setr_epi32(subRe, subIm, subRe, subIm, subRe, subIm, subRe, subIm),
                          _mm256_set1_pd(static_cast<double>(div)), _mm256_set1_pd(std::ldexp(1.0, e))};
     for (; n >= 8; n -= 8, src += 8, dst += 8)
