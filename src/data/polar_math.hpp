@@ -27,6 +27,7 @@ using simd::sub;
 template <class V> struct Pair {
     V re, im;
 };
+template <class V> Pair(V, V) -> Pair<V>;  // spelled out for compilers without aggregate deduction
 
 template <class V> using Elem = std::conditional_t<std::is_same_v<V, __m256>, float, double>;
 template <class V> inline V splat(double c) {

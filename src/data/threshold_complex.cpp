@@ -22,6 +22,16 @@ namespace zet::thresh {
 namespace {
 
 template <class C> struct Cx;
+// Ties to even whatever the caller's rounding mode.
+inline double roundEven(double v) {
+#if __has_builtin(__builtin_roundeven)
+    return __builtin_roundeven(v);
+#else
+    const double r = std::round(v);
+    return std::fabs(v - std::trunc(v)) == 0.5 ? 2 * std::round(v / 2) : r;
+#endif
+}
+
 template <class P> struct CxOf {
     using Part = P;
     using Work = std::conditional_t<sizeof(P) == 8, long double, double>;
@@ -29,7 +39,7 @@ template <class P> struct CxOf {
 template <> struct Cx<Zet16sc> : CxOf<Zet16s> {
     // Rounded to nearest even, saturated.
     static Zet16sc make(double re, double im) {
-        auto part = [](double v) { return static_cast<Zet16s>(std::fmin(std::fmax(__builtin_roundeven(v), -32768.0), 32767.0)); };
+        auto part = [](double v) { return static_cast<Zet16s>(std::fmin(std::fmax(roundEven(v), -32768.0), 32767.0)); };
         return {part(re), part(im)};
     }
 };
