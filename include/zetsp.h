@@ -1636,8 +1636,9 @@ ZETAPI ZetStatus zetsDFTInv_PermToR_64f(const Zet64f* pSrc, Zet64f* pDst, const 
  * later floating-point work of that thread, inside the library or not, treats
  * single-precision denormals as zero. No other transform touches it.
  * The Direct forms sum the DFT term by term in single precision, with no
- * object, no scaling and no use of pWork (which may be NULL; pSrc may equal
- * pDst), for the lengths
+ * object and no scaling (pSrc may equal pDst), in a work buffer of at least
+ * 16 * length + 32 bytes (NULL gives zetStsNullPtrErr after the length
+ * check), for the lengths
  * 4, 8, 12, 16, 24, 32, 36, 48, 60, 64, 72, 96, 108, 120, 128, 144, 180, 192,
  * 216, 240, 256, 288, 300, 324, 360, 384, 432, 480, 512, 540, 576, 600, 648,
  * 720, 768, 864, 900, 960, 972, 1024, 1080, 1152, 1200, 1296, 1440, 1500,

@@ -81,7 +81,9 @@ template <class T, bool Inv> void buildFactors(T* f, int n) {
 
 template <class T, bool Inv, class S> ZetStatus init(int n, ZetHint hint, S* pSpec, Zet8u* pInit) {
     if (!pSpec) return zetStsNullPtrErr;
-    if (n < 1) return zetStsSizeErr;
+    // Refuse what GetSize refuses before anything is written.
+    int specBytes = 0, initBytes = 0, workBytes = 0;
+    if (auto st = getSize<T>(n, hint, &specBytes, &initBytes, &workBytes)) return st;
     auto* base = align64(reinterpret_cast<Zet8u*>(pSpec));
     auto* obj = reinterpret_cast<Object<T>*>(base);
     obj->word = kWord<T, Inv>;

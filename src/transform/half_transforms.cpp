@@ -170,7 +170,6 @@ constexpr int kDirectLengths[] = {
     180,  192,  216,  240,  256,  288,  300,  324,  360,  384,  432,  480,  512,  540,  576,  600,
     648,  720,  768,  864,  900,  960,  972,  1024, 1080, 1152, 1200, 1296, 1440, 1500, 1536, 1620,
     1728, 1800, 1920, 1944, 2048, 2160, 2304, 2400, 2592, 2700, 2880, 2916, 3000, 3072, 3240, 4096};
-constexpr int kMaxDirect = 4096;
 // Every length is a multiple of 4: the sum runs in quads with no remainder.
 static_assert([] {
     for (int n : kDirectLengths)
@@ -233,13 +232,16 @@ void directSum(const float* x, const float* tw, Zet16fc* dst, int length) {
 }
 
 template <bool Inv>
-ZetStatus direct(const Zet16fc* src, Zet16fc* dst, int length, Zet8u*) {
+ZetStatus direct(const Zet16fc* src, Zet16fc* dst, int length, Zet8u* work) {
     (void)ownGetFeature(kDftFeature);
     if (!src || !dst) return zetStsNullPtrErr;
     if (!directLength(length)) return zetStsSizeErr;
-    // The input is widened whole first, so src may be dst.
-    alignas(32) float x[2 * kMaxDirect];
-    alignas(32) float tw[2 * kMaxDirect];
+    if (!work) return zetStsNullPtrErr;
+    // The widened input and the twiddles live in the work buffer (16 length
+    // bytes past its first 32-byte boundary), not on the caller's stack. The
+    // input is widened whole first, so src may be dst.
+    auto* x = reinterpret_cast<float*>((reinterpret_cast<std::uintptr_t>(work) + 31) & ~std::uintptr_t{31});
+    float* tw = x + 2 * length;
     twiddles(tw, length);
     const auto* h = reinterpret_cast<const Zet16f*>(src);
     if (half::hardware()) {

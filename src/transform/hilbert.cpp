@@ -67,20 +67,26 @@ template <class T> ZetStatus getSize(int length, ZetHint hint, int* pSpecSize, i
     if (length < 1) return zetStsSizeErr;
     Inner s{};
     if (auto st = innerSizes<T>(length, hint, s)) return st;
-    *pSpecSize = s.cs + s.rs + 48;
-    *pWorkSize = std::max({s.ci, s.cw, s.ri, s.rw}) + 16;
+    // The two inner objects together may pass what an int holds.
+    const std::int64_t spec = std::int64_t{s.cs} + s.rs + 48, work = std::int64_t{std::max({s.ci, s.cw, s.ri, s.rw})} + 16;
+    if (spec > INT32_MAX || work > INT32_MAX) return zetStsSizeErr;
+    *pSpecSize = static_cast<int>(spec);
+    *pWorkSize = static_cast<int>(work);
     return zetStsOk;
 }
 
 template <class T> ZetStatus init(int length, ZetHint hint, typename Types<T>::Spec* pSpec, Zet8u* pBuffer) {
     if (!pSpec || !pBuffer) return zetStsNullPtrErr;
     if (length < 1) return zetStsSizeErr;
+    // Sizes first: a length GetSize refuses is refused with nothing written.
+    int specBytes = 0, workBytes = 0;
+    if (auto st = getSize<T>(length, hint, &specBytes, &workBytes)) return st;
+    Inner s{};
+    innerSizes<T>(length, hint, s);
     auto* obj = reinterpret_cast<Object<T>*>(align16(reinterpret_cast<Zet8u*>(pSpec)));
     std::memcpy(obj->word, Types<T>::kWord, 4);
     obj->length = length;
     obj->hint = hint;
-    Inner s{};
-    if (auto st = innerSizes<T>(length, hint, s)) return st;
     Zet8u* inner = reinterpret_cast<Zet8u*>(obj) + 32;
     obj->complexSpec = reinterpret_cast<typename Types<T>::CSpec*>(inner);
     obj->realSpec = reinterpret_cast<typename Types<T>::RSpec*>(inner + s.cs);

@@ -69,7 +69,8 @@ namespace {
 using ThreadHook = std::int64_t (*)(std::int32_t);
 std::int64_t threadGrain(std::int32_t what) { return what == 1 ? 32768 : 1; }
 struct ThreadHooks { ThreadHook grain; };
-ThreadHooks gHooks{};
+// Constant-initialised and never written: plans on many threads share it.
+constexpr ThreadHooks kHooks{&threadGrain};
 
 void planRelease(Plan* p) {
     p->computeForward = p->computeInverse = nullptr;
@@ -160,8 +161,7 @@ Plan* create(Plan* stackPlan, SpecObject* obj, Allocator* al, const PlanSetup& s
     p->domain = (s.elem == Elem::R32f || s.elem == Elem::R64f) ? kReal : kComplex;
     p->release = &planRelease;
     p->destroy = &planDestroy;
-    p->threadHooks = &gHooks;
-    if (!gHooks.grain) gHooks.grain = &threadGrain;
+    p->threadHooks = &kHooks;
     p->storage = kInterleaved; p->attr1 = kSplit; p->attr2 = 40; p->placement = kInPlace;
     p->attr3[0] = kCCS; p->attr3[1] = 51; p->attr3[2] = 48; p->attr3[3] = 53;
     p->commitState = kUncommitted;
