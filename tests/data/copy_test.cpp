@@ -1,207 +1,139 @@
-// Copy and Move against memcpy/memmove: every element size, every length up
-// to 70 and beyond, every placement (against guard pages and at each byte
-// offset), the size boundaries of the large copy, and overlap in Move.
-#include <gtest/gtest.h>
-
+// Copy, Move, Set and Zero as rows, then what rows cannot reach: overlapping
+// moves, byte counts formed in 32 bits, and the routes of large sizes.
 #include <algorithm>
-#include <cstring>
-#include <random>
-#include <vector>
 
-#include "data_ops.hpp"
+#include "conform.hpp"
 #include "zetcore.h"
-#include "zettest.hpp"
 
 namespace {
 
-using zettest::GuardedRegion;
-using zettest::Placement;
+using conform::op;
+using u8 = unsigned char;
 
-constexpr unsigned char kCanary = 0xA5;
+const auto same = [](auto a) { return a; };
+struct Zeros { template <class T> operator T() const { return T{}; } };  // zero of any output type
+// Distinct bytes in every part, so a pattern laid at the wrong phase shows.
+const std::vector<conform::K> kValue = {conform::K(-12345.678, 23456.5)};
 
-// The window of the region around [p, p + n): up to 256 bytes on each side.
-struct Window { unsigned char* lo; unsigned char* hi; };
-Window around(const GuardedRegion& r, const void* p, std::size_t n) {
-    auto* b = static_cast<unsigned char*>(const_cast<void*>(p));
-    return {std::max(r.begin(), b - std::min<std::ptrdiff_t>(256, b - r.begin())),
-            std::min(r.end(), b + n + 256 <= r.end() ? b + n + 256 : r.end())};
+CONFORM(copy, op(same), Z(zetsCopy_8u, "sdn"), Z(zetsCopy_16s, "sdn"), Z(zetsCopy_16sc, "sdn"),
+        Z(zetsCopy_32s, "sdn"), Z(zetsCopy_32f, "sdn"), Z(zetsCopy_32sc, "sdn"), Z(zetsCopy_32fc, "sdn"),
+        Z(zetsCopy_64s, "sdn"), Z(zetsCopy_64f, "sdn"), Z(zetsCopy_64sc, "sdn"), Z(zetsCopy_64fc, "sdn"),
+        Z(zetsCopy_32f_L, "sdN"), Z(zetsCopy_32fc_L, "sdN"), Z(zetsCopy_64f_L, "sdN"), Z(zetsCopy_64fc_L, "sdN"));
+CONFORM(move, op(same), Z(zetsMove_8u, "sdn"), Z(zetsMove_16s, "sdn"), Z(zetsMove_16sc, "sdn"),
+        Z(zetsMove_32s, "sdn"), Z(zetsMove_32f, "sdn"), Z(zetsMove_32sc, "sdn"), Z(zetsMove_32fc, "sdn"),
+        Z(zetsMove_64s, "sdn"), Z(zetsMove_64f, "sdn"), Z(zetsMove_64sc, "sdn"), Z(zetsMove_64fc, "sdn"));
+CONFORM(set, op(same).k(kValue), Z(zetsSet_8u, "kdn"), Z(zetsSet_16s, "kdn"), Z(zetsSet_16sc, "kdn"),
+        Z(zetsSet_32s, "kdn"), Z(zetsSet_32f, "kdn"), Z(zetsSet_32sc, "kdn"), Z(zetsSet_32fc, "kdn"),
+        Z(zetsSet_64s, "kdn"), Z(zetsSet_64f, "kdn"), Z(zetsSet_64sc, "kdn"), Z(zetsSet_64fc, "kdn"));
+CONFORM(zero, op([] { return Zeros{}; }), Z(zetsZero_8u, "dn"), Z(zetsZero_16s, "dn"), Z(zetsZero_16sc, "dn"),
+        Z(zetsZero_32s, "dn"), Z(zetsZero_32f, "dn"), Z(zetsZero_32sc, "dn"), Z(zetsZero_32fc, "dn"),
+        Z(zetsZero_64s, "dn"), Z(zetsZero_64f, "dn"), Z(zetsZero_64sc, "dn"), Z(zetsZero_64fc, "dn"),
+        Z(zetsZero_32f_L, "dN"), Z(zetsZero_32fc_L, "dN"), Z(zetsZero_64f_L, "dN"), Z(zetsZero_64fc_L, "dN"));
+
+// Byte views of Move and Zero for 1-, 4-, 8- and 16-byte elements.
+ZetStatus moveBytes(int e, const u8* s, u8* d, int n) {
+    auto as = [&]<class T>(ZetStatus (*f)(const T*, T*, int)) { return f((const T*)s, (T*)d, n); };
+    return e == 1 ? as(zetsMove_8u) : e == 4 ? as(zetsMove_32f) : e == 8 ? as(zetsMove_64f) : as(zetsMove_64fc);
 }
-void paint(const GuardedRegion& r, const void* p, std::size_t n) {
-    const Window w = around(r, p, n);
-    std::memset(w.lo, kCanary, w.hi - w.lo);
+ZetStatus zeroBytes(int e, u8* d, int n) {
+    return e == 4 ? zetsZero_32f((Zet32f*)d, n) : e == 8 ? zetsZero_64f((Zet64f*)d, n) : zetsZero_64fc((Zet64fc*)d, n);
 }
-// Bytes around [p, p + n) still hold the canary.
-::testing::AssertionResult untouchedAround(const GuardedRegion& r, const void* p, std::size_t n) {
-    const auto* b = static_cast<const unsigned char*>(p);
-    const Window w = around(r, p, n);
-    for (const unsigned char* q = w.lo; q < w.hi; ++q) {
-        if (q >= b && q < b + n) continue;
-        if (*q != kCanary)
-            return ::testing::AssertionFailure() << "byte written at offset " << (q - b) << " from the vector";
+
+// Overlap either way, within and beyond the short moves, at the byte and element level.
+TEST(Move, MatchesMemmoveForEveryOverlap) {
+    std::mt19937_64 rng(3);
+    for (int len : {1, 7, 33, 255, 256, 257, 1000, 5003})
+        for (int e : {1, 4, 16}) {
+            const std::size_t margin = 67 * 16 + 64, bytes = static_cast<std::size_t>(len) * e;
+            zettest::GuardedRegion r(bytes + 2 * margin);
+            for (int shift : {-67, -17, -3, -1, 1, 3, 17, 67})
+                for (std::size_t mis : {0u, 13u}) {
+                    zettest::fillBytes(r.begin(), r.capacity(), rng);
+                    std::vector<u8> want(r.begin(), r.end());
+                    std::memmove(want.data() + margin + mis + shift * e, want.data() + margin + mis, bytes);
+                    u8* s = r.begin() + margin + mis;
+                    ASSERT_EQ(moveBytes(e, s, s + shift * e, len), zetStsOk);
+                    ASSERT_EQ(std::memcmp(want.data(), r.begin(), r.capacity()), 0)
+                        << e << "-byte len " << len << " shift " << shift << " misaligned " << mis;
+                }
+        }
+}
+
+// Move and Zero form their byte count in 32 bits. Move refuses a count that
+// wraps to 0 or below, Zero clears a single byte for a wrapped 0; any other
+// wrap moves or clears just the wrapped count (the _L forms are for such sizes).
+TEST(MoveZero, ByteCountWrapsIn32Bits) {
+    struct Case { int e; bool zero; int len; std::size_t bytes; };  // nothing moved: a size error
+    const Case cases[] = {{4, false, 0x40000000, 0}, {4, false, 0x20000000, 0}, {4, false, 0x40000001, 4},
+                          {16, false, 0x10000002, 32}, {8, false, 0x20000003, 24}, {4, true, 0x40000000, 1},
+                          {4, true, 0x40000001, 4}, {16, true, 0x10000000, 1}, {16, true, 0x10000003, 48},
+                          {8, true, 0x20000000, 1}};
+    alignas(64) u8 src[128], dst[128];
+    for (int i = 0; i < 128; ++i) src[i] = static_cast<u8>(i + 1);
+    for (const Case& c : cases) {
+        std::memset(dst, 0xA5, sizeof dst);
+        const ZetStatus st = c.zero ? zeroBytes(c.e, dst, c.len) : moveBytes(c.e, src, dst, c.len);
+        EXPECT_EQ(st, c.bytes ? zetStsOk : zetStsSizeErr) << c.len;
+        for (std::size_t i = 0; i < sizeof dst; ++i)
+            ASSERT_EQ(dst[i], i >= c.bytes ? 0xA5 : c.zero ? 0 : src[i]) << c.len << (c.zero ? " zero" : " move") << i;
     }
+}
+
+// [d, d + n) repeats `want` every `period` bytes, and the 64 bytes on each side still hold 0xA5.
+::testing::AssertionResult holds(const u8* d, std::size_t n, const u8* want, std::size_t period) {
+    for (std::size_t i = 0; i < 64; ++i)
+        if (d[-1 - static_cast<std::ptrdiff_t>(i)] != 0xA5 || d[n + i] != 0xA5) return ::testing::AssertionFailure();
+    for (std::size_t at = 0; at < n; at += period)
+        if (std::memcmp(d + at, want, std::min(period, n - at)) != 0) return ::testing::AssertionFailure() << at;
     return ::testing::AssertionSuccess();
 }
 
-TEST(Copy, MatchesMemcpyAtEveryLengthAndPlacement) {
-    std::mt19937_64 rng(1);
-    GuardedRegion srcR(8192 * 16 + 64), dstR(8192 * 16 + 64);
-    for (const auto& op : dataops::kCopy) {
-        for (int len : zettest::kernelLengths()) {
-            const std::size_t bytes = len * op.elem;
-            for (const Placement& sp : zettest::placementsFor(op.elem)) {
-                // Source placements against a destination at the guard, and
-                // destination placements against a source at the guard.
-                for (int pass = 0; pass < 2; ++pass) {
-                    const Placement dp = pass == 0 ? Placement{Placement::Tail, 0} : sp;
-                    const Placement srcP = pass == 0 ? sp : Placement{Placement::Head, 0};
-                    auto* s = zettest::place<unsigned char>(srcR, srcP, bytes);
-                    auto* d = zettest::place<unsigned char>(dstR, dp, bytes);
-                    zettest::fillBytes(s, bytes, rng);
-                    paint(dstR, d, bytes);
-                    ASSERT_EQ(op.fn(s, d, len), zetStsOk) << op.name;
-                    ASSERT_EQ(std::memcmp(s, d, bytes), 0) << op.name << " len " << len << " src " << srcP.name()
-                                                          << " dst " << dp.name();
-                    ASSERT_TRUE(untouchedAround(dstR, d, bytes)) << op.name << " len " << len << " dst " << dp.name();
-                }
-            }
-        }
-    }
-}
-
-// The large copy picks its route by size (32,767 / 4 MiB / half the cache)
-// and by the distance of the pointers within a page (backward below 160).
-TEST(Copy, LargeRoutesBySizeAndPageDistance) {
+// Beyond the rows' lengths: the large copy routes by size (32 KiB, 4 MiB,
+// half the cache) and by the pointers' distance within a page (backward
+// below 160 bytes, 8-byte string moves when both are aligned); Zero takes the
+// string store above 2 MiB (32 KiB for bytes); Set streams past the cache,
+// 16-byte patterns then landing on 8-byte boundaries.
+TEST(CopySetZero, LargeRoutes) {
     int cache = 0;
     ASSERT_EQ(zetGetMaxCacheSizeB(&cache), 0);
-    const std::size_t streamed = std::max<std::size_t>(4194305, static_cast<std::size_t>(cache) / 2 + 4097);
-    const std::size_t sizes[] = {32766, 32767, 32768, 32769, 65536 + 77, 4194304, 4194305, streamed};
-    // dst page offset minus src page offset (as unsigned 32-bit: negatives are huge).
-    const int distances[] = {0, 1, 63, 64, 159, 160, 161, 2048, 4095, -1, -64, -160};
     std::mt19937_64 rng(2);
-    for (std::size_t n : sizes) {
-        GuardedRegion srcR(n + 8192), dstR(n + 8192);
-        zettest::fillBytes(srcR.begin(), srcR.capacity(), rng);
-        for (int dist : distances) {
-            if (n > 4194305 && dist % 64 != 1 && dist != -1) continue;  // keep the huge case short
-            const std::size_t srcOff = 200 + (rng() % 7);
-            const std::size_t dstOff = srcOff + 4096 + dist;
-            const unsigned char* s = srcR.begin() + srcOff;
-            unsigned char* d = dstR.begin() + dstOff;
-            ASSERT_LE(dstOff + n, dstR.capacity());
-            paint(dstR, d, n);
+    const std::size_t streamed = std::max<std::size_t>(4194305, cache / 2 + 4097), beyond = cache + 4096 + 48;
+    for (std::size_t n : {std::size_t{300}, std::size_t{32767}, std::size_t{32845}, std::size_t{4194305}, streamed}) {
+        zettest::GuardedRegion sr(n + 8192), dr(n + 8192);
+        zettest::fillBytes(sr.begin(), n + 4096, rng);
+        for (int dist : {1, -1, 0, 159, 160, 2048, -64}) {
+            if (n == streamed && dist == 0) break;  // keep the largest short
+            u8 *s = sr.begin() + 203, *d = dr.begin() + 4299 + dist;
+            std::memset(d - 64, 0xA5, 64), std::memset(d + n, 0xA5, 64);
             ASSERT_EQ(zetsCopy_8u(s, d, static_cast<int>(n)), zetStsOk);
-            ASSERT_EQ(std::memcmp(s, d, n), 0) << "size " << n << " distance " << dist;
-            ASSERT_TRUE(untouchedAround(dstR, d, n)) << "size " << n << " distance " << dist;
-        }
-        // The same sizes ending exactly at the guard pages.
-        const unsigned char* s = srcR.tail<unsigned char>(n);
-        unsigned char* d = dstR.tail<unsigned char>(n);
-        ASSERT_EQ(zetsCopy_8u(s, d, static_cast<int>(n)), zetStsOk);
-        ASSERT_EQ(std::memcmp(s, d, n), 0) << "size " << n << " at guard";
-    }
-}
-
-TEST(Move, MatchesMemmoveForEveryOverlap) {
-    std::mt19937_64 rng(3);
-    const int lengths[] = {1, 2, 3, 7, 31, 32, 33, 63, 64, 65, 127, 128, 129, 300, 1000, 5003, 70000};
-    for (const auto& op : dataops::kMove) {
-        for (int len : lengths) {
-            const std::size_t bytes = len * op.elem;
-            if (bytes > 300000) continue;
-            for (int shift : {-67, -33, -17, -9, -5, -3, -2, -1, 0, 1, 2, 3, 5, 9, 17, 33, 67}) {
-                const long long shiftBytes = static_cast<long long>(shift) * static_cast<long long>(op.elem);
-                const std::size_t margin = 67 * 16 + 64;
-                GuardedRegion r(bytes + 2 * margin);
-                zettest::fillBytes(r.begin(), r.capacity(), rng);
-                for (std::size_t misalign : {0u, 1u, 13u}) {
-                    unsigned char* s = r.begin() + margin + misalign;
-                    unsigned char* d = s + shiftBytes;
-                    std::vector<unsigned char> want(r.begin(), r.end());
-                    std::memmove(want.data() + (d - r.begin()), want.data() + (s - r.begin()), bytes);
-                    ASSERT_EQ(op.fn(s, d, len), zetStsOk) << op.name;
-                    ASSERT_EQ(std::memcmp(want.data(), r.begin(), r.capacity()), 0)
-                        << op.name << " len " << len << " shift " << shift << " misalign " << misalign;
-                }
-            }
+            ASSERT_TRUE(holds(d, n, s, n)) << "size " << n << " distance " << dist;
         }
     }
-}
-
-TEST(Move, ShiftsUpByOneElementAtTheGuard) {
-    for (int len : zettest::kernelLengths()) {
-        GuardedRegion r((len + 1) * sizeof(float));
-        float* v = r.tail<float>(len + 1);
-        for (int i = 0; i <= len; ++i) v[i] = static_cast<float>(i);
-        ASSERT_EQ(zetsMove_32f(v, v + 1, len), zetStsOk);
-        EXPECT_EQ(v[0], 0.0f);
-        for (int i = 1; i <= len; ++i) ASSERT_EQ(v[i], static_cast<float>(i - 1)) << "len " << len << " at " << i;
-    }
-}
-
-TEST(CopyMove, StatusOrderAndNothingWrittenOnError) {
-    alignas(16) unsigned char src[64] = {1}, dst[64];
-    struct Case { bool srcNull, dstNull; int len; ZetStatus want; };
-    const Case cases[] = {
-        {false, false, 0, zetStsSizeErr}, {false, false, -1, zetStsSizeErr}, {false, false, -2147483647 - 1, zetStsSizeErr},
-        {true, false, 3, zetStsNullPtrErr}, {false, true, 3, zetStsNullPtrErr}, {true, true, 0, zetStsNullPtrErr},
-        {true, false, -1, zetStsNullPtrErr}, {false, false, 1, zetStsOk},
+    auto fill = [&]<class T>(ZetStatus (*set)(T, T*, int), ZetStatus (*zero)(T*, int), std::size_t bytes, int at) {
+        zettest::GuardedRegion r(bytes + 256);
+        u8* d = r.at<u8>(at);
+        std::memset(d - 64, 0xA5, 64), std::memset(d + bytes, 0xA5, 64);
+        std::vector<u8> block(4096);
+        T v;
+        zettest::fillBytes(&v, sizeof v, rng);
+        for (std::size_t i = 0; i < block.size(); ++i) block[i] = reinterpret_cast<const u8*>(&v)[i % sizeof v];
+        ASSERT_EQ(set(v, reinterpret_cast<T*>(d), static_cast<int>(bytes / sizeof v)), zetStsOk);
+        ASSERT_TRUE(holds(d, bytes, block.data(), block.size())) << "set " << sizeof v << " " << bytes << " at " << at;
+        if (bytes > beyond / 2) return;
+        std::fill(block.begin(), block.end(), 0);
+        ASSERT_EQ(zero(reinterpret_cast<T*>(d), static_cast<int>(bytes / sizeof v)), zetStsOk);
+        ASSERT_TRUE(holds(d, bytes, block.data(), block.size())) << "zero " << sizeof v << " " << bytes << " at " << at;
     };
-    auto run = [&](const char* name, auto fn) {
-        for (const Case& c : cases) {
-            std::memset(dst, kCanary, sizeof dst);
-            EXPECT_EQ(fn(c.srcNull ? nullptr : src, c.dstNull ? nullptr : dst, c.len), c.want) << name << " len " << c.len;
-            if (c.want != zetStsOk) {
-                EXPECT_TRUE(std::all_of(dst, dst + 64, [](unsigned char b) { return b == kCanary; })) << name;
-            }
-        }
-    };
-    for (const auto& op : dataops::kCopy) run(op.name, op.fn);
-    for (const auto& op : dataops::kMove) run(op.name, op.fn);
-}
-
-// Move forms its byte count in 32 bits: a count that wraps to 0 or below is a
-// size error, any other wrap moves only the wrapped number of bytes.
-TEST(Move, ByteCountWrapsIn32Bits) {
-    struct Case { int elem; int len; ZetStatus want; std::size_t bytesMoved; };
-    const Case cases[] = {
-        {4, 0x40000000, zetStsSizeErr, 0},   // 2^32 bytes wrap to 0
-        {4, 0x20000000, zetStsSizeErr, 0},   // 2^31 bytes read as negative
-        {4, 0x40000001, zetStsOk, 4},        // wraps to 4 bytes
-        {8, 0x20000000, zetStsSizeErr, 0},
-        {8, 0x20000003, zetStsOk, 24},
-        {16, 0x10000002, zetStsOk, 32},
-        {2, 0x7FFFFFFF, zetStsSizeErr, 0},   // 0xFFFFFFFE bytes: negative
-    };
-    for (const Case& c : cases) {
-        unsigned char src[64], dst[64];
-        for (int i = 0; i < 64; ++i) src[i] = static_cast<unsigned char>(i + 1);
-        std::memset(dst, kCanary, sizeof dst);
-        const dataops::Unary* op = nullptr;
-        for (const auto& m : dataops::kMove)
-            if (static_cast<int>(m.elem) == c.elem && !op) op = &m;
-        ASSERT_NE(op, nullptr);
-        EXPECT_EQ(op->fn(src, dst, c.len), c.want) << op->name << " len " << std::hex << c.len;
-        for (std::size_t i = 0; i < 64; ++i)
-            EXPECT_EQ(dst[i], i < c.bytesMoved ? src[i] : kCanary) << op->name << " byte " << i;
+    for (int at : {0, 8, 1}) {
+        fill(zetsSet_8u, zetsZero_8u, 32769 + at, at);
+        fill(zetsSet_16s, zetsZero_16s, 2097152 + 2 * 64, at);
+        fill(zetsSet_32s, zetsZero_32s, 2097152 + 4 * 3, at);
+        fill(zetsSet_64s, zetsZero_64s, 2097152 + 8, at);
+        fill(zetsSet_64sc, zetsZero_64sc, 2097152 + 16 * 3, at);
     }
-}
-
-TEST(CopyL, ChunkDriverChecksLengthFirst) {
-    alignas(16) unsigned char src[256], dst[256];
-    std::mt19937_64 rng(4);
-    for (const auto& op : dataops::kCopyL) {
-        EXPECT_EQ(op.fn(nullptr, nullptr, 0), zetStsSizeErr) << op.name;
-        EXPECT_EQ(op.fn(src, dst, -5), zetStsSizeErr) << op.name;
-        EXPECT_EQ(op.fn(nullptr, dst, 1), zetStsNullPtrErr) << op.name;
-        EXPECT_EQ(op.fn(src, nullptr, 1), zetStsNullPtrErr) << op.name;
-        for (long long len = 1; len * static_cast<long long>(op.elem) <= 256; ++len) {
-            zettest::fillBytes(src, sizeof src, rng);
-            std::memset(dst, kCanary, sizeof dst);
-            ASSERT_EQ(op.fn(src, dst, len), zetStsOk);
-            ASSERT_EQ(std::memcmp(src, dst, len * op.elem), 0) << op.name << " len " << len;
-            ASSERT_TRUE(std::all_of(dst + len * op.elem, dst + 256, [](unsigned char b) { return b == kCanary; }));
-        }
-    }
+    fill(zetsSet_8u, zetsZero_8u, beyond + 1, 8);
+    fill(zetsSet_32s, zetsZero_32s, beyond, 8);
+    fill(zetsSet_64sc, zetsZero_64sc, beyond, 8);
 }
 
 }  // namespace

@@ -17,12 +17,9 @@ TEST(Checks, PointersLeftToRightThenLength) {
     const int* null = nullptr;
     struct Case { const int* a; const int* b; long long len; ZetStatus want; };
     const Case cases[] = {
-        {ok, ok, 1, zetStsOk},
-        {ok, ok, 0, zetStsSizeErr},
-        {ok, ok, -1, zetStsSizeErr},
+        {ok, ok, 1, zetStsOk}, {ok, ok, 0, zetStsSizeErr}, {ok, ok, -1, zetStsSizeErr},
         {ok, ok, -(1LL << 40), zetStsSizeErr},  // a negative length is never "large"
-        {null, ok, 5, zetStsNullPtrErr},
-        {ok, null, 5, zetStsNullPtrErr},
+        {null, ok, 5, zetStsNullPtrErr}, {ok, null, 5, zetStsNullPtrErr},
         {null, null, 0, zetStsNullPtrErr},     // pointer before length
         {ok, null, -7, zetStsNullPtrErr},
     };
@@ -32,9 +29,7 @@ TEST(Checks, PointersLeftToRightThenLength) {
 TEST(Checks, ForwardDoubledChecksLengthFirstAndDoublesIn32Bits) {
     struct Case { int len; bool reached; int doubled; ZetStatus want; };
     const Case cases[] = {
-        {0, false, 0, zetStsSizeErr},
-        {-3, false, 0, zetStsSizeErr},
-        {1, true, 2, zetStsOk},
+        {0, false, 0, zetStsSizeErr}, {-3, false, 0, zetStsSizeErr}, {1, true, 2, zetStsOk},
         {0x3FFFFFFF, true, 0x7FFFFFFE, zetStsOk},
         {0x40000000, true, static_cast<int>(0x80000000u), zetStsOk},  // wraps negative: the real form rejects it
         {0x7FFFFFFF, true, -2, zetStsOk},
@@ -97,8 +92,7 @@ TEST(ChunkDriver, StatusRules) {
     struct Case { i64 len; std::vector<ZetStatus> statuses; std::size_t calls; ZetStatus want; };
     const i64 three = 3LL * 0x1FFFFFFF;
     const Case cases[] = {
-        {0, {}, 0, zetStsSizeErr},
-        {-1, {}, 0, zetStsSizeErr},
+        {0, {}, 0, zetStsSizeErr}, {-1, {}, 0, zetStsSizeErr},
         {three, {zetStsNullPtrErr}, 1, zetStsNullPtrErr},                              // error stops at once
         {three, {zetStsOk, zetStsSizeErr}, 2, zetStsSizeErr},
         {three, {zetStsDivByZeroWarn, zetStsOk, zetStsOk}, 3, zetStsOk},                // early warning is lost

@@ -1,10 +1,13 @@
-// The shared libraries export exactly what their headers declare.
+// The shared libraries export exactly what their headers declare, and every
+// declared export is reached by a conformance row or a named test.
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <regex>
 #include <set>
+#include <sstream>
 #include <string>
 
 namespace {
@@ -50,6 +53,33 @@ TEST(Exports, LibraryExportsExactlyItsHeader) {
         for (const auto& n : want) EXPECT_TRUE(have.count(n)) << c.lib << " lacks " << n;
         for (const auto& n : have) EXPECT_TRUE(want.count(n)) << c.lib << " also exports " << n;
     }
+}
+
+// Rows and tests name each export in full, so a scan of the test sources
+// (comments removed) finds every export that something calls.
+std::set<std::string> namedInTests() {
+    std::set<std::string> names;
+    const std::regex comment(R"(//[^\n]*|/\*[\s\S]*?\*/)"), ident("[A-Za-z_][A-Za-z0-9_]*");
+    for (const auto& f : std::filesystem::recursive_directory_iterator(ZETSP_TESTS_DIR)) {
+        const auto ext = f.path().extension();
+        if (ext != ".cpp" && ext != ".hpp" && ext != ".c") continue;
+        if (f.path().filename() == "exports_test.cpp") continue;
+        std::ifstream in(f.path());
+        std::stringstream text;
+        text << in.rdbuf();
+        const std::string code = std::regex_replace(text.str(), comment, " ");
+        for (std::sregex_iterator i(code.begin(), code.end(), ident), e; i != e; ++i) names.insert(i->str());
+    }
+    return names;
+}
+
+TEST(Exports, EveryExportIsReachedByATest) {
+    const auto named = namedInTests();
+    std::string missing;
+    for (const char* header : {ZETSP_HEADER, ZETCORE_HEADER})
+        for (const auto& n : declared(header, header == std::string(ZETSP_HEADER) ? "ZETAPI" : "ZETCORE_API"))
+            if (!named.count(n)) missing += " " + n;
+    EXPECT_TRUE(missing.empty()) << "no row or test reaches:" << missing;
 }
 
 }  // namespace

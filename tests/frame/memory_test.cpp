@@ -50,30 +50,33 @@ struct Case {
     long long bytes;  // -1: refused without a call to zetcore
 };
 
-#define PLAIN(T) #T, [](long long n) { return static_cast<void*>(zetsMalloc_##T(static_cast<int>(n))); }, false
-#define WIDE(T) #T "_L", [](long long n) { return static_cast<void*>(zetsMalloc_##T##_L(n)); }, true
+#define PLAIN(F) #F, [](long long n) { return static_cast<void*>(F(static_cast<int>(n))); }, false
+#define WIDE(F) #F, [](long long n) { return static_cast<void*>(F(n)); }, true
 
 TEST(Malloc, CountLimitsAndBytesPassedOn) {
     const long long kMax = 0x7FFFFFFFFFFFFFFFLL;
     const Case cases[] = {
-        {PLAIN(8u), 1, 1}, {PLAIN(8u), 0x7FFFFFFF, 0x7FFFFFFF}, {PLAIN(8u), 0, -1}, {PLAIN(8u), -1, -1},
-        {PLAIN(8s), 17, 17},
-        {PLAIN(16s), 1073741823, 2147483646}, {PLAIN(16s), 1073741824, -1}, {PLAIN(16u), 3, 6},
-        {PLAIN(8sc), 1073741824, -1}, {PLAIN(8sc), 5, 10},
-        {PLAIN(32f), 536870911, 2147483644}, {PLAIN(32f), 536870912, -1}, {PLAIN(32f), 0, -1},
-        {PLAIN(32f), -1, -1}, {PLAIN(32s), 2, 8}, {PLAIN(32u), 2, 8}, {PLAIN(16sc), 536870911, 2147483644},
-        {PLAIN(64f), 268435455, 2147483640}, {PLAIN(64f), 268435456, -1}, {PLAIN(64s), 1, 8},
-        {PLAIN(32fc), 268435456, -1}, {PLAIN(32sc), 268435455, 2147483640},
-        {PLAIN(64fc), 134217727, 2147483632}, {PLAIN(64fc), 134217728, -1}, {PLAIN(64sc), 2, 32},
-        {WIDE(8u), kMax, kMax}, {WIDE(8u), 0, -1}, {WIDE(8s), -3, -1},
-        {WIDE(16s), 0x3FFFFFFFFFFFFFFFLL, 0x7FFFFFFFFFFFFFFELL},
-        {WIDE(16u), kMax, -2},  // passes on; the doubled count is negative and zetcore refuses it
-        {WIDE(8sc), 4, 8},
-        {WIDE(32f), 0x3FFFFFFFFFFFFFFFLL, -4}, {WIDE(32f), 0x4000000000000000LL, -1}, {WIDE(32f), 0, -1},
-        {WIDE(32s), 1LL << 31, 1LL << 33}, {WIDE(32u), 9, 36}, {WIDE(16sc), 9, 36},
-        {WIDE(64f), 0x1FFFFFFFFFFFFFFFLL, -8}, {WIDE(64f), 0x2000000000000000LL, -1},
-        {WIDE(64s), 3, 24}, {WIDE(32fc), 3, 24}, {WIDE(32sc), 0x2000000000000000LL, -1},
-        {WIDE(64fc), 0x0FFFFFFFFFFFFFFFLL, -16}, {WIDE(64fc), 0x1000000000000000LL, -1}, {WIDE(64sc), 1, 16},
+        {PLAIN(zetsMalloc_8u), 1, 1}, {PLAIN(zetsMalloc_8u), 0x7FFFFFFF, 0x7FFFFFFF}, {PLAIN(zetsMalloc_8u), 0, -1},
+        {PLAIN(zetsMalloc_8u), -1, -1}, {PLAIN(zetsMalloc_8s), 17, 17}, {PLAIN(zetsMalloc_16s), 1073741823, 2147483646},
+        {PLAIN(zetsMalloc_16s), 1073741824, -1}, {PLAIN(zetsMalloc_16u), 3, 6}, {PLAIN(zetsMalloc_8sc), 1073741824, -1},
+        {PLAIN(zetsMalloc_8sc), 5, 10}, {PLAIN(zetsMalloc_32f), 536870911, 2147483644},
+        {PLAIN(zetsMalloc_32f), 536870912, -1}, {PLAIN(zetsMalloc_32f), 0, -1}, {PLAIN(zetsMalloc_32f), -1, -1},
+        {PLAIN(zetsMalloc_32s), 2, 8}, {PLAIN(zetsMalloc_32u), 2, 8}, {PLAIN(zetsMalloc_16sc), 536870911, 2147483644},
+        {PLAIN(zetsMalloc_64f), 268435455, 2147483640}, {PLAIN(zetsMalloc_64f), 268435456, -1},
+        {PLAIN(zetsMalloc_64s), 1, 8}, {PLAIN(zetsMalloc_32fc), 268435456, -1},
+        {PLAIN(zetsMalloc_32sc), 268435455, 2147483640}, {PLAIN(zetsMalloc_64fc), 134217727, 2147483632},
+        {PLAIN(zetsMalloc_64fc), 134217728, -1}, {PLAIN(zetsMalloc_64sc), 2, 32}, {WIDE(zetsMalloc_8u_L), kMax, kMax},
+        {WIDE(zetsMalloc_8u_L), 0, -1}, {WIDE(zetsMalloc_8s_L), -3, -1},
+        {WIDE(zetsMalloc_16s_L), 0x3FFFFFFFFFFFFFFFLL, 0x7FFFFFFFFFFFFFFELL},
+        {WIDE(zetsMalloc_16u_L), kMax, -2},  // passes on; the doubled count is negative and zetcore refuses it
+        {WIDE(zetsMalloc_8sc_L), 4, 8}, {WIDE(zetsMalloc_32f_L), 0x3FFFFFFFFFFFFFFFLL, -4},
+        {WIDE(zetsMalloc_32f_L), 0x4000000000000000LL, -1}, {WIDE(zetsMalloc_32f_L), 0, -1},
+        {WIDE(zetsMalloc_32s_L), 1LL << 31, 1LL << 33}, {WIDE(zetsMalloc_32u_L), 9, 36},
+        {WIDE(zetsMalloc_16sc_L), 9, 36}, {WIDE(zetsMalloc_64f_L), 0x1FFFFFFFFFFFFFFFLL, -8},
+        {WIDE(zetsMalloc_64f_L), 0x2000000000000000LL, -1}, {WIDE(zetsMalloc_64s_L), 3, 24},
+        {WIDE(zetsMalloc_32fc_L), 3, 24}, {WIDE(zetsMalloc_32sc_L), 0x2000000000000000LL, -1},
+        {WIDE(zetsMalloc_64fc_L), 0x0FFFFFFFFFFFFFFFLL, -16}, {WIDE(zetsMalloc_64fc_L), 0x1000000000000000LL, -1},
+        {WIDE(zetsMalloc_64sc_L), 1, 16},
     };
     for (const Case& c : cases) {
         g_record = {};

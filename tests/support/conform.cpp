@@ -8,6 +8,11 @@ std::vector<RowBase*>& registry() {
     static std::vector<RowBase*> rows;
     return rows;
 }
+void keep(std::unique_ptr<RowBase> row) {
+    static std::vector<std::unique_ptr<RowBase>> owned;
+    registry().push_back(row.get());
+    owned.push_back(std::move(row));
+}
 
 // Both signs, the rounding boundaries of each lane width, and the ends.
 std::vector<int> standardScales() {

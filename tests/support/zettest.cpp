@@ -34,12 +34,6 @@ std::string Placement::name() const {
     }
 }
 
-std::vector<Placement> allPlacements() {
-    std::vector<Placement> v{{Placement::Tail, 0}, {Placement::Head, 0}};
-    for (std::size_t o = 0; o < 64; ++o) v.push_back({Placement::Offset, o});
-    return v;
-}
-
 std::vector<Placement> placementsFor(std::size_t elemBytes) {
     std::vector<Placement> v{{Placement::Tail, 0}, {Placement::Head, 0}};
     for (std::size_t o = 0; o < 64; o += elemBytes) v.push_back({Placement::Offset, o});
@@ -90,9 +84,6 @@ void fillFloatsT(T* p, std::size_t n, std::mt19937_64& rng, int specialEvery) {
 }
 
 }  // namespace
-
-std::vector<float> specialFloats() { return specials<float>(); }
-std::vector<double> specialDoubles() { return specials<double>(); }
 
 void fillFloats(float* p, std::size_t n, std::mt19937_64& rng, int specialEvery) { fillFloatsT(p, n, rng, specialEvery); }
 void fillFloats(double* p, std::size_t n, std::mt19937_64& rng, int specialEvery) { fillFloatsT(p, n, rng, specialEvery); }

@@ -47,8 +47,6 @@ struct Placement {
     std::size_t offset;
     std::string name() const;
 };
-// Tail, Head, then every offset 0..63.
-std::vector<Placement> allPlacements();
 // Tail, Head, then the offsets that keep the element size's alignment, and a few that do not.
 std::vector<Placement> placementsFor(std::size_t elemBytes);
 
@@ -73,10 +71,6 @@ std::vector<int> kernelLengths();
 void fillFloats(float* p, std::size_t n, std::mt19937_64& rng, int specialEvery = 5);
 void fillFloats(double* p, std::size_t n, std::mt19937_64& rng, int specialEvery = 5);
 void fillBytes(void* p, std::size_t n, std::mt19937_64& rng);
-
-// Special values for table-driven tests.
-std::vector<float> specialFloats();
-std::vector<double> specialDoubles();
 
 // ---- comparisons --------------------------------------------------------------
 template <class T>
