@@ -1,11 +1,13 @@
 // Threads and stacks: the library keeps no global state, so concurrent
-// GetSize, Init and calls on one shared object give exactly what one thread
-// gets; and every family runs on a thread with a small stack.
+// GetSize, Init and calls, on objects of their own or one shared object, give
+// exactly what one thread gets; and every family runs on a thread with a small
+// stack.
 #include <gtest/gtest.h>
 #include <pthread.h>
 
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -13,9 +15,13 @@
 
 namespace {
 
-// Size query, Init into a fresh buffer and a forward call, for one transform
-// form; returns the output bytes (empty on any error).
-using Form = std::function<std::vector<Zet8u>(int size)>;
+// A form's size query and Init into fresh buffers give a call (empty on an
+// error) that keeps the object alive and takes a work buffer of its own each
+// time, so threads may share it; the call returns the output bytes (empty on
+// an error).
+using Out = std::vector<Zet8u>;
+using Call = std::function<Out()>;
+using Form = std::function<Call(int size)>;
 
 template <class C> std::vector<Zet8u> bytesOf(const std::vector<C>& v) {
     std::vector<Zet8u> b(v.size() * sizeof(C));
@@ -31,61 +37,76 @@ template <class C, class R = float> std::vector<C> ramp(int n) {
 }
 
 const std::vector<std::pair<const char*, Form>> kForms = {
-    {"fft", [](int order) {
+    {"fft", [](int order) -> Call {
          int s, i, w;
-         if (zetsFFTGetSize_C_32fc(order, ZET_SCALE_INV, zetHintAccurate, &s, &i, &w)) return std::vector<Zet8u>{};
-         std::vector<Zet8u> spec(s), init(i + 1), work(w + 1);
+         if (zetsFFTGetSize_C_32fc(order, ZET_SCALE_INV, zetHintAccurate, &s, &i, &w)) return {};
+         auto spec = std::make_shared<Out>(s);
+         Out init(i + 1);
          ZetsFFTSpec_C_32fc* p;
-         if (zetsFFTInit_C_32fc(&p, order, ZET_SCALE_INV, zetHintAccurate, spec.data(), init.data()))
-             return std::vector<Zet8u>{};
-         auto x = ramp<Zet32fc>(1 << order), y = x;
-         if (zetsFFTFwd_CToC_32fc(x.data(), y.data(), p, work.data())) return std::vector<Zet8u>{};
-         return bytesOf(y);
+         if (zetsFFTInit_C_32fc(&p, order, ZET_SCALE_INV, zetHintAccurate, spec->data(), init.data())) return {};
+         return [spec, p, w, order] {  // spec named: the object lives in it
+             Out work(w + 1);
+             auto x = ramp<Zet32fc>(1 << order), y = x;
+             return zetsFFTFwd_CToC_32fc(x.data(), y.data(), p, work.data()) ? Out{} : bytesOf(y);
+         };
      }},
-    {"dft", [](int order) {
+    {"dft", [](int order) -> Call {
          const int n = 3 * (1 << order) + 1;
          int s, i, w;
-         if (zetsDFTGetSize_C_64fc(n, ZET_SCALE_NONE, zetHintAccurate, &s, &i, &w)) return std::vector<Zet8u>{};
-         std::vector<Zet8u> spec(s), init(i + 1), work(w + 1);
-         auto* p = reinterpret_cast<ZetsDFTSpec_C_64fc*>(spec.data());
-         if (zetsDFTInit_C_64fc(n, ZET_SCALE_NONE, zetHintAccurate, p, init.data())) return std::vector<Zet8u>{};
-         auto x = ramp<Zet64fc, double>(n), y = x;
-         if (zetsDFTFwd_CToC_64fc(x.data(), y.data(), p, work.data())) return std::vector<Zet8u>{};
-         return bytesOf(y);
+         if (zetsDFTGetSize_C_64fc(n, ZET_SCALE_NONE, zetHintAccurate, &s, &i, &w)) return {};
+         auto spec = std::make_shared<Out>(s);
+         Out init(i + 1);
+         auto* p = reinterpret_cast<ZetsDFTSpec_C_64fc*>(spec->data());
+         if (zetsDFTInit_C_64fc(n, ZET_SCALE_NONE, zetHintAccurate, p, init.data())) return {};
+         return [spec, p, w, n] {
+             Out work(w + 1);
+             auto x = ramp<Zet64fc, double>(n), y = x;
+             return zetsDFTFwd_CToC_64fc(x.data(), y.data(), p, work.data()) ? Out{} : bytesOf(y);
+         };
      }},
-    {"half direct", [](int) {
-         const int n = 4096;  // the longest direct length, whose scratch once lived on the stack
-         auto x = ramp<Zet16fc, Zet16u>(n);  // small halves
-         std::vector<Zet16fc> y(n);
-         std::vector<Zet8u> work(16 * n + 32);
-         if (zetsDFTFwd_Direct_CToC_16fc(x.data(), y.data(), n, work.data())) return std::vector<Zet8u>{};
-         return bytesOf(y);
+    {"half direct", [](int) -> Call {
+         return [] {
+             const int n = 4096;  // the longest direct length, whose scratch once lived on the stack
+             auto x = ramp<Zet16fc, Zet16u>(n);
+             std::vector<Zet16fc> y(n);
+             Out work(16 * n + 32);
+             return zetsDFTFwd_Direct_CToC_16fc(x.data(), y.data(), n, work.data()) ? Out{} : bytesOf(y);
+         };
      }},
-    {"vector families", [](int order) {
-         const int n = 1 << order;
-         auto a = ramp<float>(n), b = ramp<float>(n);
-         std::vector<float> d(n);
-         float sum = 0, mx = 0;
-         int at = 0;
-         if (zetsAdd_32f(a.data(), b.data(), d.data(), n) || zetsSum_32f(d.data(), n, &sum, zetHintAccurate) ||
-             zetsMaxIndx_32f(d.data(), n, &mx, &at) || zetsPhase_32f(a.data(), b.data(), d.data(), n))
-             return std::vector<Zet8u>{};
-         d.push_back(sum);
-         d.push_back(mx);
-         return bytesOf(d);
+    {"vector families", [](int order) -> Call {
+         return [n = 1 << order] {
+             auto a = ramp<float>(n), b = ramp<float>(n);
+             std::vector<float> d(n);
+             float sum = 0, mx = 0;
+             int at = 0;
+             if (zetsAdd_32f(a.data(), b.data(), d.data(), n) || zetsSum_32f(d.data(), n, &sum, zetHintAccurate) ||
+                 zetsMaxIndx_32f(d.data(), n, &mx, &at) || zetsPhase_32f(a.data(), b.data(), d.data(), n))
+                 return Out{};
+             d.push_back(sum);
+             d.push_back(mx);
+             return bytesOf(d);
+         };
      }},
 };
 
+// Four threads each size, build and run their own object, then four share one.
+// The threads go first: the first calls into a family are the ones that would
+// race on lazy state.
 TEST(Threads, ConcurrentSizesInitsAndCallsMatchOneThread) {
-    // The threads go first: the first calls into a family are the ones that would race on lazy state.
-    for (const auto& [name, run] : kForms) {
-        std::vector<std::vector<Zet8u>> got(4);
+    const auto inThreads = [](const std::function<void(int)>& body) {
         std::vector<std::thread> pool;
-        for (int t = 0; t < 4; ++t) pool.emplace_back([&, t] { for (int r = 0; r < 3; ++r) got[t] = run(10); });
+        for (int t = 0; t < 4; ++t) pool.emplace_back(body, t);
         for (auto& t : pool) t.join();
-        const auto want = run(10);
+    };
+    for (const auto& [name, prepare] : kForms) {
+        std::vector<Out> own(4), common(4);
+        inThreads([&, &prepare = prepare](int t) { for (int r = 0; r < 3; ++r) own[t] = prepare(10)(); });
+        const Call shared = prepare(10);
+        ASSERT_TRUE(shared) << name;
+        inThreads([&](int t) { for (int r = 0; r < 3; ++r) common[t] = shared(); });
+        const Out want = prepare(10)();
         ASSERT_FALSE(want.empty()) << name;
-        for (const auto& g : got) EXPECT_EQ(g, want) << name;
+        for (int t = 0; t < 4; ++t) EXPECT_TRUE(own[t] == want && common[t] == want) << name;
     }
 }
 
@@ -105,7 +126,8 @@ TEST(Threads, EveryFamilyRunsOnASmallStack) {
         pthread_t th;
         ASSERT_EQ(pthread_create(&th, &attr, [](void* p) -> void* {
             auto* j = static_cast<Job*>(p);
-            j->ok = !(*j->run)(12).empty();
+            const Call call = (*j->run)(12);
+            j->ok = call && !call().empty();
             return nullptr;
         }, &job), 0);
         pthread_join(th, nullptr);
