@@ -11,21 +11,6 @@ namespace {
 
 using zet::i64;
 
-TEST(Checks, PointersLeftToRightThenLength) {
-    int x = 0;
-    const int* ok = &x;
-    const int* null = nullptr;
-    struct Case { const int* a; const int* b; long long len; ZetStatus want; };
-    const Case cases[] = {
-        {ok, ok, 1, zetStsOk}, {ok, ok, 0, zetStsSizeErr}, {ok, ok, -1, zetStsSizeErr},
-        {ok, ok, -(1LL << 40), zetStsSizeErr},  // a negative length is never "large"
-        {null, ok, 5, zetStsNullPtrErr}, {ok, null, 5, zetStsNullPtrErr},
-        {null, null, 0, zetStsNullPtrErr},     // pointer before length
-        {ok, null, -7, zetStsNullPtrErr},
-    };
-    for (const Case& c : cases) EXPECT_EQ(zet::checkArgs(c.len, c.a, c.b), c.want) << c.len;
-}
-
 TEST(Checks, ForwardDoubledChecksLengthFirstAndDoublesIn32Bits) {
     struct Case { int len; bool reached; int doubled; ZetStatus want; };
     const Case cases[] = {

@@ -1,8 +1,6 @@
 // Every transform form as a row of the kit: the sizes GetSize reports, the order of the argument checks, exact results
-// at small sizes, properties at large ones, buffer offsets and hints, threads; then what is the DFT's own, and the
+// at small sizes, properties at large ones, buffer offsets and hints; then what is the DFT's own, and the
 // spectrum layouts.
-#include <atomic>
-#include <thread>
 
 #include "kit.hpp"
 
@@ -164,46 +162,6 @@ TEST(Transform, AnyBufferOffsetAndHintGiveTheSameBits) {
                 }
             }
         }
-}
-
-// Two threads share one object, each with its own work buffer, running different inputs, directions and paths at once:
-// the bits of one thread alone.
-TEST(Transform, OneObjectSharedByTwoThreadsGivesSingleThreadBits) {
-    const std::tuple<const char*, int, int> cases[] = {
-        {"FFT_C_32fc", 10, ZET_SCALE_NONE}, {"FFT_C_32f", 13, ZET_SCALE_FWD}, {"FFT_C_64f", 12, ZET_SCALE_INV},
-        {"FFT_C_64fc", 18, ZET_SCALE_SYM}, {"FFT_C_32fc", 19, ZET_SCALE_INV}, {"DFT_C_32fc", 1000, ZET_SCALE_SYM},
-        {"DFT_C_64f", 4099, ZET_SCALE_NONE}};
-    for (auto [name, size, flag] : cases) {
-        const Form& f = form(name);
-        const std::size_t n = f.length(size), values = 2 * n;
-        Object o(f, size, flag);
-        std::vector<std::unique_ptr<Data>> in;
-        Vec want[3][2];
-        for (int i = 0; i < 3; ++i) {
-            in.push_back(std::make_unique<Data>(f, values));
-            in[i]->load(input(f, n, false, 0, 40 + i));
-            Data y(f, values);
-            for (int dir = 0; dir < 2; ++dir) want[i][dir] = (apply(f, o, dir, 0, in[i].get(), y), y.values());
-        }
-        std::atomic<int> bad{0};
-        auto worker = [&](int id) {
-            GuardedRegion wr(std::max(o.bytes[2], 1));
-            Zet8u* work = o.bytes[2] ? tight(wr, o.bytes[2], f.align, 1) : nullptr;
-            Data y(f, values);
-            for (int round = 0; round < 4; ++round)
-                for (int j = 0; j < 3; ++j) {
-                    const int i = id ? 2 - j : j, dir = (round + id) % 2;
-                    const bool inPlace = round >= 2;
-                    if (inPlace) y.load(in[i]->values());
-                    const void* src[2] = {inPlace ? y.p[0] : in[i]->p[0], inPlace ? y.p[1] : in[i]->p[1]};
-                    const auto* s = inPlace && f.inPlaceForms ? nullptr : src;
-                    bad += f.run(f.which(inPlace, dir, 0), s, y.p, o.obj, work) || y.values() != want[i][dir];
-                }
-        };
-        std::thread a(worker, 0), b(worker, 1);
-        a.join(), b.join();
-        EXPECT_EQ(bad.load(), 0) << name << ": results differ from the single-thread run";
-    }
 }
 
 // ---- the DFT's own ---------------------------------------------------------------------------------
